@@ -1,0 +1,11 @@
+# Flags that every target shares. -ffp-contract=off: results must not depend on whether the compiler fuses a multiply and an add.
+add_library(orv_options INTERFACE)
+target_compile_options(orv_options INTERFACE
+  -ffp-contract=off -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
+  -Wfloat-conversion -Werror)
+target_include_directories(orv_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_definitions(orv_options INTERFACE ORV_VERSION="${PROJECT_VERSION}")
+if(ORV_SANITIZE)
+  target_compile_options(orv_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(orv_options INTERFACE -fsanitize=address,undefined)
+endif()

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "geometry/cell_data.h"
+#include "geometry/geometry.h"
+#include "geometry/ray_tracing.h"
+#include "model/comm_excel.h"
+#include "model/database.h"
+#include "numerics/environment.h"
+#include "numerics/settings.h"
+#include "plume/plume_models.h"
+#include "plume/thruster_data.h"
+
+namespace orv {
+
+// What the user asked to see, and what follows from it.
+struct PlotState {
+  double IndexPlot = 0;
+  double IndexPlotRequest = 0;  // not 0: a plot was chosen and not yet taken
+  double PreviousIndexPlot = 0;
+  std::string PlotOptionText;
+  double LogScale = 0;
+  double ListPrimitive = 0;
+  double PlotOptionC = 0;
+  double MaiOrigine = 0;
+  int FullListing = 0;
+  int RedepositionOn = 0;
+  int CleaningOn = 0;
+  bool AutoRotationPlot = false;
+  bool SputterRotation = false;
+  int AutomaticRotationActive = 0;
+  int SputterRotationActive = 0;
+  std::string PlotTitle;
+  double FactorScale = 1;
+  bool PenUpMode = false;
+};
+
+// The rotating primitive of the model, kept for the reports while a plot may switch the rotation off.
+struct RotationState {
+  int RotatingPrimitive = 0;
+  std::string RotatingName;
+  int RotationSteps = 0;
+};
+
+struct ThrusterState {
+  int ThrusterPrimitive = 0;  // 0: the model has none
+  std::string ThrusterName;
+  double ThrusterArea = 0;  // m2
+  ThrusterFrame frame;
+  ThrusterVector ThrusterData = EmptyThrusterData();
+  double PlumeLimitAngle = 180;  // degrees
+};
+
+// The record of a run for its reader.
+struct RunRecord {
+  std::string CaseText;
+  std::string CaseLine;
+  std::string TraceFile;       // full name
+  std::string PlotReportFile;  // name of the report beside the workbook
+  std::string ShadowStatusText;
+  std::string PlotButtonTip;
+  RayTracingReport rays;
+  std::vector<std::pair<std::string, double>> phaseSeconds;  // in order
+  bool finished = false;                                     // a full run ended: a re-plot may use its data
+};
+
+// Everything that a session's runs share. A re-plot uses what the last full run left here.
+struct RunContext {
+  RunContext(ErrorPrompt& errorPrompt, CellText& cellText, SettingsStore& settingsStore, const Clock& systemClock,
+             std::string outputFolder)
+      : prompt(errorPrompt),
+        reader(cellText),
+        settings(settingsStore),
+        clock(systemClock),
+        OutputFolder(std::move(outputFolder)) {}
+
+  ErrorPrompt& prompt;
+  CellText& reader;
+  SettingsStore& settings;
+  const Clock& clock;
+  std::string OutputFolder;  // of the trace file, with a trailing separator
+
+  ModelData model;
+  PlotState plot;
+  std::vector<std::string> PrimitiveNames;
+  std::vector<std::string> ResultLabels;
+  Cells cells;
+  GeometryState geometry;
+  RotationState rotation;
+  ThrusterState thruster;
+  Materials materials;
+  DatabaseRowsUsed rowsUsed;
+  RayTracingState rayTracing;
+  RunRecord record;
+
+  UserDialogs& dialogs() { return prompt.dialogs(); }
+};
+
+}  // namespace orv

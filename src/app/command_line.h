@@ -1,0 +1,22 @@
+#pragma once
+
+#include "app/arguments.h"
+#include "app/session.h"
+
+namespace orv {
+
+// The phases of the command line, each in a file of its own.
+
+// Opens the workbook and reads model and database. Throws WorkbookError or ModelNotFound.
+void LoadModel(const Arguments& arguments, Session& session);
+
+// Runs the computation. False when nothing could be computed for want of a database.
+bool RunModel(const Arguments& arguments, Session& session);
+
+// Prints the summary, writes the exports. False when a file could not be written.
+bool ReportRun(const Arguments& arguments, Session& session, std::ostream& out);
+
+// The whole program; returns its exit code.
+int RunCommandLine(int argc, const char* const* argv, const Streams& streams);
+
+}  // namespace orv

@@ -1,0 +1,354 @@
+#include "geometry/ray_tracing.h"
+
+#include <tbb/parallel_pipeline.h>
+#include <tbb/task_arena.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <utility>
+
+#include "geometry/quantities.h"
+#include "geometry/ray_index.h"
+
+namespace orv {
+namespace {
+
+constexpr std::size_t kChunkCells = 1024;
+
+// What the choice between the hits of a ray needs to know of a strip.
+struct StripRole {
+  int place;         // of its primitive in the order of the search
+  int number;        // 1 .. strips
+  int strips;        // of its primitive
+  int steps;         // strips that the search tries before it gives the primitive up
+  double flag;       // what the strip writes into the shadow flag
+};
+
+// The cells of one tested primitive: its counts, and its part of the planes.
+struct TestedCells {
+  int primitive;
+  std::size_t cellsI;
+  std::size_t cellsJ;
+  std::size_t rowLength;
+  std::array<const double*, 3> centre;
+  const double* distance;
+  const double* angle;
+  double* shadowDistance;
+  double* flag;
+};
+
+struct Chunk {
+  const TestedCells* cells;
+  std::size_t first;  // cells of the primitive counted along j, then i
+  std::size_t count;
+};
+
+struct Hit {
+  std::size_t cell;  // its place in the planes
+  std::uint32_t strip;
+  double distance;
+};
+
+struct ChunkResult {
+  const TestedCells* cells = nullptr;
+  std::vector<Hit> hits;  // those of one cell side by side
+  std::size_t rays = 0;
+  std::size_t beyond = 0;
+};
+
+Sight ToSight(const Vector3& v) {
+  return {v(1), v(2), v(3)};
+}
+
+// Where the last search ended: the next one begins there, since neighbouring rays usually meet the same obstacle.
+class SearchCache {
+ public:
+  // The hit that a search would find first, or none when the search gives up all obstacles before.
+  const Hit* First(std::span<const Hit> hits, std::span<const StripRole> roles, int places) const {
+    const Hit* first = nullptr;
+    std::pair<int, int> best{};
+    for (const Hit& hit : hits) {
+      const StripRole& role = roles[hit.strip];
+      const int q = role.place - place_ + (role.place < place_ ? places : 0);
+      const int from = strip_ >= 1 && strip_ <= role.strips ? strip_ : 1;
+      const int u = role.number - from + (role.number < from ? role.strips : 0);
+      if (u >= role.steps || (first != nullptr && best <= std::pair{q, u})) continue;
+      first = &hit;
+      best = {q, u};
+    }
+    return first;
+  }
+  void Remember(const StripRole& role) {
+    place_ = role.place;
+    strip_ = role.number - 1;
+  }
+
+ private:
+  int place_ = 1;
+  int strip_ = 0;  // of whatever primitive; 0: unset
+};
+
+class RayTracing {
+ public:
+  RayTracing(Cells& cells, const RayTracingInput& input, RayTracingReport& report, FailureBlock& block)
+      : cells_(cells), input_(input), report_(report), block_(block) {}
+
+  // Every cell of the range, the thruster's own included, is free.
+  void MarkAllFree();
+
+  void Compute(RayTracingState& state);
+
+ private:
+  std::pair<int, int> Range() const;
+  bool AddTested(int primitive);
+  std::vector<double> StripCounts();
+  void ReadOrigin();
+  int OpenSteps(int primitive, int strips);
+  void AddObstacle(int primitive, int place, int strips);
+  std::vector<Chunk> Chunks() const;
+  void FindHits(const Chunk& chunk, const RayIndex& index, ChunkResult& result) const;
+  void ChooseHits(const ChunkResult& result);
+
+  Cells& cells_;
+  const RayTracingInput& input_;
+  RayTracingReport& report_;
+  FailureBlock& block_;
+  Sight origin_;
+  std::vector<TestedCells> tested_;
+  std::vector<SightStrip> strips_;
+  std::vector<StripRole> roles_;
+  std::vector<int> order_;
+  SearchCache cache_;
+};
+
+std::pair<int, int> RayTracing::Range() const {
+  if (input_.OnlyPrimitive != 0) return {input_.OnlyPrimitive, input_.OnlyPrimitive};
+  return {1, input_.numberPrimWithVolumic};
+}
+
+bool RayTracing::AddTested(int primitive) {
+  return block_([&] {
+    CellBlock& data = cells_.CellData;
+    const int cellsI = cells_.CountI(primitive);
+    const int cellsJ = cells_.CountJ(primitive);
+    const auto plane = [&](Quantity q) { return data.plane(Number(q), primitive).data(); };
+    tested_.push_back({primitive, static_cast<std::size_t>(std::min(cellsI, data.cellsI())),
+                       static_cast<std::size_t>(std::min(cellsJ, data.cellsJ())), data.rowLength(),
+                       {plane(Quantity::X), plane(Quantity::Y), plane(Quantity::Z)}, plane(Quantity::Distance),
+                       plane(Quantity::Indicatrix), plane(Quantity::ShadowDistance), plane(Quantity::Hidden)});
+    if (cellsI > 0 && cellsJ > 0) static_cast<void>(data(primitive, cellsI, cellsJ, 0));
+  });
+}
+
+void RayTracing::MarkAllFree() {
+  const auto [first, last] = Range();
+  for (int k = first; k <= last; ++k) AddTested(k);
+  for (const TestedCells& cells : tested_) {
+    for (std::size_t i = 1; i <= cells.cellsI; ++i) {
+      const std::size_t at = i * cells.rowLength + 1;
+      std::copy_n(cells.distance + at, cells.cellsJ, cells.shadowDistance + at);
+      std::fill_n(cells.flag + at, cells.cellsJ, 0.0);
+    }
+  }
+}
+
+std::vector<double> RayTracing::StripCounts() {
+  std::vector<double> counts(static_cast<std::size_t>(std::max(input_.NumberOfPrimitives, 0)) + 1);
+  for (std::size_t p = 1; p < counts.size(); ++p) block_([&] { counts[p] = cells_.BorderCorners(p, 0, 0); });
+  return counts;
+}
+
+void RayTracing::ReadOrigin() {
+  const int thruster = input_.ThrusterPrimitive;
+  if (thruster == 0) return;
+  const auto centre = [&](Quantity q) { return std::as_const(cells_.CellData)(thruster, 1, 1, Number(q)); };
+  block_([&] { origin_ = {centre(Quantity::X), centre(Quantity::Y), centre(Quantity::Z)}; });
+}
+
+// The search gives an obstacle up at the first column without a cell inside the limit angle; column u stands for the
+// u-th strip tried, whichever that is. A limit of 180 gives nothing up.
+int RayTracing::OpenSteps(int primitive, int strips) {
+  const double limit = input_.PlumeLimitAngle;
+  if (!(180 > limit)) return strips;
+  int open = 0;
+  block_([&] {
+    const CellBlock& data = cells_.CellData;
+    const int rows = cells_.CountJ(primitive);
+    for (; open < strips; ++open) {
+      bool inside = false;
+      for (int j = 1; j <= rows && !inside; ++j) {
+        inside = data(primitive, open + 1, j, Number(Quantity::Indicatrix)) <= limit;
+      }
+      if (!inside) return;
+    }
+  });
+  return open;
+}
+
+void RayTracing::AddObstacle(int primitive, int place, int strips) {
+  const int steps = OpenSteps(primitive, strips);
+  if (steps == 0) return;
+  block_([&] {
+    for (int s = 1; s <= strips; ++s) {
+      std::array<double, 12> corners{};
+      for (std::size_t n = 0; n < corners.size(); ++n) corners[n] = cells_.BorderCorners(primitive, s, n + 1);
+      SightStrip strip = MakeSightStrip(origin_, corners);
+      strip.primitive = primitive;
+      strip.number = s;
+      strip.alone = strips == 1;
+      strip.tag = static_cast<std::uint32_t>(roles_.size());
+      strips_.push_back(strip);
+      const double code = s % 10 == 0 ? s + 0.111 : s;
+      roles_.push_back({place, s, strips, steps, primitive + code / 1000});
+    }
+  });
+}
+
+std::vector<Chunk> RayTracing::Chunks() const {
+  std::vector<Chunk> chunks;
+  for (const TestedCells& cells : tested_) {
+    const std::size_t total = cells.cellsI * cells.cellsJ;
+    for (std::size_t first = 0; first < total; first += kChunkCells) {
+      chunks.push_back({&cells, first, std::min(kChunkCells, total - first)});
+    }
+  }
+  return chunks;
+}
+
+void RayTracing::FindHits(const Chunk& chunk, const RayIndex& index, ChunkResult& result) const {
+  const TestedCells& cells = *chunk.cells;
+  const double limit = input_.PlumeLimitAngle;
+  result.cells = &cells;
+  result.hits.clear();
+  result.rays = 0;
+  result.beyond = 0;
+  for (std::size_t done = 0; done < chunk.count;) {
+    const std::size_t i = (chunk.first + done) / cells.cellsJ;
+    const std::size_t j = (chunk.first + done) % cells.cellsJ;
+    const std::size_t count = std::min(cells.cellsJ - j, chunk.count - done);
+    const std::size_t begin = (i + 1) * cells.rowLength + j + 1;
+    const int column = static_cast<int>(i) + 1;
+    const auto isItself = [&](const SightStrip& strip) {
+      return strip.primitive == cells.primitive && (strip.alone || strip.number == column);
+    };
+    for (std::size_t cell = begin; cell < begin + count; ++cell) {
+      cells.shadowDistance[cell] = cells.distance[cell];
+      const bool beyond = cells.angle[cell] > limit;
+      cells.flag[cell] = beyond ? 0.5 : 0;
+      result.beyond += beyond ? 1 : 0;
+      if (beyond) continue;
+      ++result.rays;
+      const Sight ray = Sight{cells.centre[0][cell], cells.centre[1][cell], cells.centre[2][cell]} - origin_;
+      const std::size_t before = result.hits.size();
+      index.FindHits(ray, isItself, [&](const SightStrip& strip, double t) { result.hits.push_back({cell, strip.tag, t}); });
+      if (result.hits.size() == before) continue;
+      const double length = vNorm(Vector3(ray.x, ray.y, ray.z));
+      for (std::size_t h = before; h < result.hits.size(); ++h) result.hits[h].distance *= length;
+    }
+    done += count;
+  }
+}
+
+void RayTracing::ChooseHits(const ChunkResult& result) {
+  report_.raysCast += result.rays;
+  report_.cellsBeyond += result.beyond;
+  const std::span<const Hit> hits = result.hits;
+  const int places = input_.NumberOfPrimitives;
+  for (std::size_t begin = 0, end = 0; begin < hits.size(); begin = end) {
+    while (end < hits.size() && hits[end].cell == hits[begin].cell) ++end;
+    const Hit* hit = cache_.First(hits.subspan(begin, end - begin), roles_, places);
+    if (hit == nullptr) continue;
+    const StripRole& role = roles_[hit->strip];
+    result.cells->shadowDistance[hit->cell] = hit->distance;
+    result.cells->flag[hit->cell] = role.flag;
+    cache_.Remember(role);
+    ++report_.cellsShadowed;
+  }
+}
+
+void RayTracing::Compute(RayTracingState& state) {
+  const std::vector<double> counts = StripCounts();
+  order_ = PrimitiveOrder(counts);
+  state.computedOnce = true;
+  ReadOrigin();
+  for (std::size_t place = 1; place < order_.size(); ++place) {
+    const int b = order_[place];
+    if (b == input_.ThrusterPrimitive) continue;
+    AddObstacle(b, static_cast<int>(place), Cells::LoopCount(counts[static_cast<std::size_t>(b)]));
+  }
+  const auto [first, last] = Range();
+  for (int k = first; k <= last; ++k) {
+    if (k != input_.ThrusterPrimitive) AddTested(k);
+  }
+  const std::vector<Chunk> chunks = Chunks();
+  const RayIndex index(std::move(strips_), chunks.size() * kChunkCells);
+  std::vector<ChunkResult> results(4 * static_cast<std::size_t>(tbb::this_task_arena::max_concurrency()));
+  std::size_t next = 0;
+  tbb::parallel_pipeline(
+      results.size(),
+      tbb::make_filter<void, std::size_t>(tbb::filter_mode::serial_in_order,
+                                          [&](tbb::flow_control& flow) {
+                                            if (next == chunks.size()) flow.stop();
+                                            return next++;
+                                          }) &
+          tbb::make_filter<std::size_t, std::size_t>(tbb::filter_mode::parallel,
+                                                     [&](std::size_t chunk) {
+                                                       FindHits(chunks[chunk], index, results[chunk % results.size()]);
+                                                       return chunk;
+                                                     }) &
+          tbb::make_filter<std::size_t, void>(tbb::filter_mode::serial_in_order, [&](std::size_t chunk) {
+            ChooseHits(results[chunk % results.size()]);
+          }));
+}
+
+}  // namespace
+
+int RayTriangleHit(const Vector3& ray, const Vector3& a, const Vector3& b, const Vector3& c, double& t) {
+  return HitsTriangle(SightTriangle(ToSight(a), ToSight(b), ToSight(c)), ToSight(ray), t) ? 1 : 0;
+}
+
+int RayQuadHit(const Vector3& ray, const Vector3& origin, const Vector3& corner1, const Vector3& corner2,
+               const Vector3& corner3, const Vector3& corner4, double& t) {
+  std::array<double, 12> corners{};
+  const std::array<const Vector3*, 4> all = {&corner1, &corner2, &corner3, &corner4};
+  for (std::size_t n = 0; n < corners.size(); ++n) corners[n] = (*all[n / 3])(n % 3 + 1);
+  return HitsStrip(MakeSightStrip(ToSight(origin), corners), ToSight(ray), t) ? 1 : 0;
+}
+
+std::vector<int> PrimitiveOrder(std::span<const double> strips) {
+  std::vector<int> order(std::max<std::size_t>(strips.size(), 1));
+  std::size_t front = 0;
+  std::size_t back = order.size();
+  double top = strips.size() > 1 ? strips[1] : 0;
+  for (std::size_t p = 1; p < strips.size(); ++p) {
+    if (top <= strips[p] && strips[p] > 2) {
+      top = strips[p];
+      order[--back] = static_cast<int>(p);
+      std::rotate(order.begin() + static_cast<std::ptrdiff_t>(back),
+                  order.begin() + static_cast<std::ptrdiff_t>(back) + 1, order.end());
+    } else {
+      order[++front] = static_cast<int>(p);
+    }
+  }
+  return order;
+}
+
+void a_SpaceApplicationRayTrac(Cells& cells, const RayTracingInput& input, RayTracingState& state,
+                               RayTracingReport& report, ErrorPrompt& prompt) {
+  FailureBlock block(prompt, FailureLabels::Of("a_SpaceApplicationRayTrac"));
+  RayTracing tracing(cells, input, report, block);
+  if (input.NotHidden == 0) report.ShadowStatusText = " Process: With shadow";
+  if (input.NotHidden == 1) {
+    tracing.MarkAllFree();
+    report.ShadowStatusText = " Process: No shadow";
+    return;
+  }
+  if (input.NotHidden == 2 && state.computedOnce) {
+    report.ShadowStatusText = "WARNING: Process with shadow flags from the previous run";
+    return;
+  }
+  tracing.Compute(state);
+}
+
+}  // namespace orv

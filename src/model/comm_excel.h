@@ -1,0 +1,106 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "model/cell_text.h"
+#include "model/database.h"
+#include "model/directives.h"
+#include "model/primitive_spec.h"
+#include "model/worksheet.h"
+#include "numerics/environment.h"
+
+namespace orv {
+
+inline constexpr int kModelColumns = 11;
+inline constexpr int kDatabaseColumns = 21;
+inline constexpr int kSpareModelRows = 10;
+inline constexpr int kTable9Lines = 1000;
+
+// What one reading of the workbook yields; kept for re-plots.
+struct ModelData {
+  TextTable ModelCells;
+  int NumberOfPrimitives = 0;
+  std::string DirectiveLine;
+  Directives directives;
+  PhysicalConstants constants;
+  Database database;
+  std::string ModelId;        // at most 64 characters
+  std::string ModelTitle;     // at most 96 characters
+  std::string DatabaseTitle;  // at most 96 characters
+  std::string SheetTitle;     // at most 128 characters
+  std::string WorkbookName;
+  std::string SheetName;
+  std::string WorkbookFolder;  // with a trailing separator
+  CellPosition keyword;
+  CellPosition databaseCell;
+  int Table1Row = 0;
+  int Table9Row = 0;
+  int LastDatabaseRow = 0;
+  double StartTime = 0;  // seconds of the clock
+
+  bool DatabaseIsEmpty() const { return database.NumberOfDatabaseRows < 1 || database.DatabaseCells(1, 1).empty(); }
+};
+
+// Thrown when the keyword is nowhere and the user does not name another sheet.
+struct ModelNotFound {
+  std::string message;
+};
+
+// The name of a range in A1 notation. A column above 256 brings a message and the abort question; the name is built all
+// the same.
+std::string RangeName(int row1, int column1, int row2, int column2, ErrorPrompt& prompt);
+
+// Finds the model and its database in the active sheet and reads them. One object a session: the count of attach
+// attempts and of failures lives as long as the program.
+class CommExcel {
+ public:
+  // Where the data come from: 0 the workbook, 1 or more the plot file.
+  struct Session {
+    int SourceMode = 0;
+    std::string keywordBox;  // the keyword box of the main window
+  };
+
+  enum class Outcome { Model, PlotFile };
+
+  CommExcel(Spreadsheet& sheet, CellText& reader, const Clock& clock) : sheet_(sheet), reader_(reader), clock_(clock) {}
+
+  // One reading, steps attach to database block. When the database block stays empty after a second reading the outcome
+  // is Model all the same: the run refuses it. Throws ModelNotFound when the keyword is absent.
+  Outcome Read(ModelData& model, Session& session);
+
+ private:
+  // Runs a statement against the spreadsheet; false when it failed, its number then being in lastFailure_.
+  bool Try(const std::function<void()>& statement);
+
+  bool Attach(Session& session);
+  void ReadNames(ModelData& model);
+  bool FindKeyword(ModelData& model);
+  bool WalkLeft(CellPosition start);
+  bool WalkUp(CellPosition start);
+  bool HoldsKeyword(CellPosition cell, bool& empty);
+  bool FindText(const std::string& text);
+  bool AskForAnotherSheet(const ModelData& model);
+  void FindDatabase(ModelData& model);
+  std::string TitleAt(CellPosition cell, const std::string& keyword);
+  void CountPrimitives(ModelData& model);
+  void FindTable1(ModelData& model);
+  void FindEndOfTable9(ModelData& model);
+  void ReadModelCells(ModelData& model);
+  void ReadDirectives(ModelData& model);
+  void ReadDatabase(ModelData& model);
+  void ForgetTitles(ModelData& model);
+
+  std::string ValueAt(int row, int column);
+  ErrorPrompt& prompt() { return reader_.prompt(); }
+
+  Spreadsheet& sheet_;
+  CellText& reader_;
+  const Clock& clock_;
+  CellPosition start_;
+  int attachFailures_ = 0;
+  int failures_ = 0;
+  int lastFailure_ = 0;
+};
+
+}  // namespace orv

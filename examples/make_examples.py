@@ -32,6 +32,8 @@ PLUME = [
 BEAM_CURRENT = 3.79  # A: integral of the current density over the half sphere in front of the thruster
 # A row at exactly 0 would be skipped by the interpolation, which takes the value of the next row instead.
 FIRST_ANGLE = 0.001
+# deg: somewhat beyond the last measured angle, up to which the tables keep their last value.
+LIMIT_ANGLE = 150
 # Share of the singly charged ions in the density, by angle: illustrative.
 SHARE_XE1 = [(FIRST_ANGLE, 0.96), (30, 0.95), (60, 0.93), (90, 0.9)]
 
@@ -76,8 +78,8 @@ ENERGY_CELL = table_cell((angle, energy) for angle, _, energy in PLUME if energy
 
 # name, remark, then the columns 3 to 17 of Table 1, source
 THRUSTERS = {
-    "HT1350-measured": ("measured plume in tables", 3.79, 230, DENSITY_CELL, None, None, 140, None, None, ENERGY_CELL,
-                        table_cell(SHARE_XE1), None, None, None, 90, 1000,
+    "HT1350-measured": ("measured plume in tables", 3.79, 230, DENSITY_CELL, None, None, LIMIT_ANGLE, None, None,
+                        ENERGY_CELL, table_cell(SHARE_XE1), None, None, None, 90, 1000,
                         MEASURED + "; share of Xe+ illustrative; C4 rounded"),
     "HT1350-cosine": ("cosine law, constant energy", 3.79, 230, 7.85, 7.34, 0.125, 90, None, None, None, None, None,
                       None, None, None, 0, FIT),
@@ -156,41 +158,46 @@ def put_database(sheet, row, column, beside, thrusters, materials, omit=()):
         for k in range(1, len(HEADS[number])):
             sheet.put(row, column + k, None, "band")
         sheet.put_row(row + 1, column, HEADS[number], "head")
-        sheet.heights[row + 1] = 62
+        sheet.heights[row + 1] = {1: 64, 8: 52, 9: 52}.get(number, 28)
         first[number] = row + 2
         for k, values in enumerate(rows):
-            sheet.put_row(row + 2 + k, column, values, "input")
+            for place, value in enumerate(values):
+                sheet.put(row + 2 + k, column + place, value, "input")
         row += len(rows) + 3
     return first
 
 
 def put_model(sheet, row, column, title, directives, model):
     """Writes the keyword row and the rows of primitives: (material, specification, remark)."""
+    remarks = column + REMARKS
+    for k in range(column - 1, remarks + 3):
+        sheet.put(row - 1, k, None, "head")
     sheet.put(row - 1, column - 1, "n°", "head")
-    sheet.put(row - 1, column, None, "head")  # a text here would become part of the title
-    sheet.put(row - 1, column + 1, "in the row of the keyword: directives; below: one primitive a row", "head")
-    sheet.put(row - 1, column + 2, "remarks (in the row of the keyword: part of the title)", "head")
+    # Directly above the keyword a text would become part of the title.
+    sheet.put(row - 1, column + 1, "first row: directives - below: one primitive a row", "head_line")
+    sheet.put(row - 1, remarks, "remarks (in the first row: part of the title)", "head_line")
     sheet.put(row, column, "Orvdata " + title, "key")
+    for k in range(column + 2, remarks + 3):
+        sheet.put(row, k, None, "key")
     sheet.put(row, column + 1, directives, "key")
     sheet.active = (row, column)
     for k, (material, specification, remark) in enumerate(model, 1):
         text = specification.result if isinstance(specification, Formula) else specification
         style = "thruster" if " thr " in text else "text"
-        sheet.put(row + k, column - 1, k, "note")
+        sheet.put(row + k, column - 1, k, "index")
         sheet.put(row + k, column, material, style)
         sheet.put(row + k, column + 1, specification, style)
         if remark:
-            sheet.put(row + k, column + 2, remark, "note")
+            sheet.put(row + k, remarks, remark, "note")
 
 
-def set_widths(sheet, specification_width):
-    sheet.widths = {1: 5, 2: 28, 3: specification_width, 4: 58}
-    sheet.widths.update({column: 5 for column in range(5, 14)})
-    sheet.widths.update({14: 19, 15: 18, 16: 12, 17: 12, 18: 15, 19: 12, 20: 12, 21: 14, 22: 12, 23: 12, 24: 15, 25: 15,
-                         26: 12, 27: 12, 28: 12, 29: 12, 30: 10, 31: 50})
+def set_widths(sheet):
+    sheet.widths = {1: 5, 2: 30, 3: 28}
+    sheet.widths.update({column: 15 for column in range(4, 20)})
 
 
-DATABASE_COLUMN = 14  # N: to the right of the columns that a model row may use
+REMARKS = 8  # columns behind the keyword's: the specifications run over the empty cells before it
+GAP = 4  # rows between the model and the database
 
 # --- the telecommunications satellite ------------------------------------------------------------------------------
 
@@ -216,8 +223,8 @@ TELECOM = [
      "silvered mirrors, 2 cm in front of the panel"),
     ("silver", "South_radiator rect size 1.7 2.1 cells 6 8 R X -90 T 0 1.12 1.35", "silvered mirrors"),
     ("titanium", "Launcher_ring cyl size 0.597 0.08 1 cells 30 2 T 0 0 -0.08", "stands out of the anti-earth panel"),
-    ("titanium", "Thruster_bracket rectOriented size -0.06 -1.1 -0.002 0.06 -1.1 -0.002 0.06 -1.3 -0.12 "
-     "-0.06 -1.3 -0.12 cells 4 6", "four corners; their order gives the side of the normal"),
+    ("titanium", "Thruster_bracket rectOriented size -0.03 -1.1 -0.002 0.03 -1.1 -0.002 0.03 -1.3 -0.12 "
+     "-0.03 -1.3 -0.12 cells 3 10", "four corners; their order gives the side of the normal"),
     ("HT1350-measured", THRUSTER_SPECIFICATION, "a formula: the plume axis points away from the centre of mass"),
     ("aluminium", "Tower cyl size 0.35 1.2 1 cells 24 8 T 0 0 2.6", "on the earth panel"),
     ("aluminium", "East_reflector par size 1.2 0.3 1 cells 30 8 R Y -25 T 2.75 -0.15 0.3",
@@ -228,7 +235,7 @@ TELECOM = [
     ("silicon|polyimide", "North_wing rect2sides size 2.8 10.6 -1.1 1.1 1 1 0.025 cells 32 18 T 0 0 -0.0125 "
      "AutomaticRotation X R Z -90 T 0 0 1.4", "turns about its long axis; cover glass on the side of -Z"),
     ("silicon|polyimide", "South_wing rect2sides size 2.8 10.6 -1.1 1.1 1 1 0.025 cells 16 8 T 0 0 -0.0125 "
-     "R Z 90 T 0 0 1.4", "fixed; beyond the limit angle of the plume"),
+     "R Z 90 T 0 0 1.4", "fixed; in the shadow of the body"),
 ]
 
 
@@ -263,52 +270,57 @@ def plume_sheet(current_cell):
     previous, total, first, last = None, 0.0, None, None
     for k, (angle, current, energy) in enumerate(PLUME):
         row = 5 + k
+        for column in range(1, 6):
+            sheet.put(row, column, None, "input")
         sheet.put(row, 1, angle, "input")
         if energy is not None:
             sheet.put(row, 3, energy, "input")
         if current is None:
             continue
         sheet.put(row, 2, current, "input")
-        sheet.put(row, 4, Formula("=B%d*10/(Model!%s/2)" % (row, current_cell), current * 10 / (BEAM_CURRENT / 2)))
+        sheet.put(row, 4, Formula("=ROUND(B%d*10/(Model!%s/2),5)" % (row, current_cell),
+                                  round(current_law(current), 5)), "input")
         if previous and angle <= 90:
             above, angle0, current0 = previous
-            band = 2 * math.pi * 10 * (current0 + current) / 2 * (
-                math.cos(math.radians(angle0)) - math.cos(math.radians(angle)))
-            sheet.put(row, 5, Formula("=2*PI()*10*(B%d+B%d)/2*(COS(RADIANS(A%d))-COS(RADIANS(A%d)))"
-                                      % (above, row, above, row), band))
+            band = round(2 * math.pi * 10 * (current0 + current) / 2 * (
+                math.cos(math.radians(angle0)) - math.cos(math.radians(angle))), 4)
+            sheet.put(row, 5, Formula("=ROUND(2*PI()*10*(B%d+B%d)/2*(COS(RADIANS(A%d))-COS(RADIANS(A%d))),4)"
+                                      % (above, row, above, row), band), "input")
             total += band
             first, last = first or row, row
         previous = (row, angle, current)
     row = 6 + len(PLUME)
+    for column in range(1, 6):
+        sheet.put(row, column, None, "band")
     sheet.put(row, 1, "front half", "band")
-    sheet.put(row, 5, Formula("=SUM(E%d:E%d)" % (first, last), total), "band")
+    sheet.put(row, 5, Formula("=SUM(E%d:E%d)" % (first, last), round(total, 4)), "band")
     sheet.put(row, 6, "compare the beam current C3 of Table 1; this simple sum is 2 % high", "note")
     return sheet
 
 
 def telecom():
     sheet = Sheet("Model")
-    set_widths(sheet, 108)
+    set_widths(sheet)
     sheet.put(1, 1, "A telecommunications satellite with a Hall thruster", "title")
     for k, line in enumerate((
             "Axes in metres: +Z to the Earth, +X east, +Y south; origin in the plane between body and launcher ring. "
             "The solar arrays stand along -Y (north) and +Y (south).",
             "Each row below the keyword is one primitive: its material (or the thruster's name), then its "
             "specification. The first empty cell of column B ends the model.",
-            "The tables of the thrusters, gases and materials begin in column N. The sheet Parameters feeds the formula "
-            "of the thruster's row, the sheet Plume shows the measured figures.",
+            "The tables of the thrusters, gases and materials follow below. The sheet Parameters feeds the formula of "
+            "the thruster's row, the sheet Plume shows the measured figures.",
             "The analysis starts from the selected cell: keep it on the keyword. Where the figures come from: see "
             "README.md beside this file.")):
         sheet.put(2 + k, 1, line, "note")
     put_model(sheet, 8, 2, "Telecom satellite", "T 0 0 1.2 Ro 0 360 10 Twall 300 Log 1 Recto 1", TELECOM)
-    first = put_database(sheet, 8, DATABASE_COLUMN, "Xenon Hall thruster of the 1.35 kW class", list(THRUSTERS),
+    first = put_database(sheet, 8 + len(TELECOM) + GAP, 2, "Xenon Hall thruster of the 1.35 kW class", list(THRUSTERS),
                          list(MATERIALS))
-    limit = cell_name(first[1], DATABASE_COLUMN + 7)
-    sheet.put(8, 4, Formula('="limit "&%s&" deg"' % limit, "limit 140 deg"))
+    limit = cell_name(first[1], 2 + 7)
+    sheet.put(8, 2 + REMARKS, Formula('="limit "&%s&" deg"' % limit, "limit %d deg" % LIMIT_ANGLE), "key")
     # Both gases are xenon: the second takes the mass of the first.
-    mass = cell_name(first[6], DATABASE_COLUMN + 3)
-    sheet.put(first[6] + 1, DATABASE_COLUMN + 3, Formula("=" + mass, XENON_MASS), "input")
-    return [sheet, parameters_sheet(), plume_sheet(cell_name(first[1], DATABASE_COLUMN + 2))]
+    mass = cell_name(first[6], 2 + 3)
+    sheet.put(first[6] + 1, 2 + 3, Formula("=" + mass, XENON_MASS), "input")
+    return [sheet, parameters_sheet(), plume_sheet(cell_name(first[1], 2 + 2))]
 
 
 # --- the gallery ---------------------------------------------------------------------------------------------------
@@ -317,8 +329,8 @@ GALLERY = [
     ("HT1350-cosine", "Thruster_thr thr size 0.05 0.1 cells 6 4", "fires along +Z at the wall of primitives"),
     ("aluminium", "Plate_rect rect size 1.2 0.8 cells 6 4 T -5 5 5", "centred, normal +Z"),
     ("aluminium", "Plate_rectfree rectfree size -0.2 1.0 -0.3 0.5 cells 6 4 T -3.4 4.9 5", "given by its limits"),
-    ("aluminium", "Plate_rectOriented rectOriented size -1.6 4.6 5 -1.6 5.4 5 -0.5 5.4 5.4 -0.5 4.6 5.4 cells 4 6",
-     "given by four corners in space; this order turns the normal to the thruster"),
+    ("aluminium", "Plate_rectOriented rectOriented size -1 4.625 5 -1 5.375 5 -1 5.375 6 -1 4.625 6 cells 4 6",
+     "given by four corners in space; their order turns the normal to +X"),
     ("silicon|aluminium", "Plate_2sides_gap_plus rect2sides size -0.6 0.6 -0.4 0.4 1.3 1.2 0.1 cells 8 10 T 1 5 5",
      "gap above 0: first face down, second face up"),
     ("silicon|aluminium", "Plate_2sides_gap_minus rect2sides size -0.6 0.6 -0.4 0.4 1.3 1.2 -0.1 cells 8 10 T 3 5 5",
@@ -358,16 +370,16 @@ GALLERY = [
 
 def gallery():
     sheet = Sheet("Model")
-    set_widths(sheet, 108)
+    set_widths(sheet)
     sheet.put(1, 1, "Every type of primitive", "title")
     for k, line in enumerate((
             "A wall of primitives at Z = 5 m, seen from a thruster at the origin. Each name tells its type.",
             "Choose a geometry plot (1 to 10) to look at cells, normals and areas; copy a row into your own model.")):
         sheet.put(2 + k, 1, line, "note")
     put_model(sheet, 6, 2, "Gallery of primitives", "T 0 0 0 Twall 300 Log 0 Recto 0", GALLERY)
-    put_database(sheet, 6, DATABASE_COLUMN, "Two materials", ["HT1350-cosine"], ["aluminium", "silicon"])
-    sheet.put(6, 4, Formula('=COUNT(A7:A%d)&" primitives"' % (6 + len(GALLERY)),
-                            "%d primitives" % len(GALLERY)))
+    put_database(sheet, 6 + len(GALLERY) + GAP, 2, "Two materials", ["HT1350-cosine"], ["aluminium", "silicon"])
+    sheet.put(6, 2 + REMARKS, Formula('=COUNT(A7:A%d)&" primitives"' % (6 + len(GALLERY)),
+                            "%d primitives" % len(GALLERY)), "key")
     return [sheet]
 
 
@@ -380,17 +392,18 @@ SMALL = [
 ]
 
 
-def small(model=None, keyword=True, omit=(), database=True, database_column=DATABASE_COLUMN):
+def small(model=SMALL, keyword=True, omit=(), database=True, database_column=2):
     sheet = Sheet("Model")
-    set_widths(sheet, 60)
+    set_widths(sheet)
     sheet.put(1, 1, "A broken workbook, for trying how the fault is told", "title")
-    put_model(sheet, 4, 2, "Broken", "T 0 0 0 Log 0", model or SMALL)
+    put_model(sheet, 4, 2, "Broken", "T 0 0 0 Log 0", model)
+    row = 4 + len(model) + GAP
     if not keyword:
         sheet.put(4, 2, "Model data", "key")
     if database:
-        put_database(sheet, 4, database_column, "", ["HT1350-cosine"], ["aluminium"], omit)
+        put_database(sheet, row, database_column, "", ["HT1350-cosine"], ["aluminium"], omit)
     else:
-        sheet.put(4, database_column, "DatabaseOrvValis", "key")
+        sheet.put(row, database_column, "DatabaseOrvValis", "key")
     return sheet
 
 

@@ -10,16 +10,18 @@ from xml.sax.saxutils import escape
 
 STAMP = (2024, 1, 1, 0, 0, 0)
 
-# name: (bold, italic, font size, font colour, fill, wrap)
+# name: (bold, italic, font size, font colour, fill, wrap, alignment)
 STYLES = {
-    "text": (False, False, 10, "000000", None, False),
-    "title": (True, False, 14, "1F3864", None, False),
-    "note": (False, True, 9, "595959", None, False),
-    "head": (True, False, 9, "FFFFFF", "44546A", True),
-    "band": (True, False, 11, "1F3864", "D9E2F3", False),
-    "key": (True, False, 10, "7F3F00", "FFE699", False),
-    "input": (False, False, 10, "000000", "F2F2F2", False),
-    "thruster": (True, False, 10, "833C0B", "FBE5D6", False),
+    "text": (False, False, 10, "000000", None, False, "left"),
+    "title": (True, False, 14, "1F3864", None, False, "left"),
+    "note": (False, True, 9, "595959", None, False, "left"),
+    "index": (False, False, 9, "595959", None, False, "center"),
+    "head": (True, False, 9, "FFFFFF", "44546A", True, "left"),
+    "head_line": (True, False, 9, "FFFFFF", "44546A", False, "left"),
+    "band": (True, False, 11, "1F3864", "D9E2F3", False, "left"),
+    "key": (True, False, 10, "7F3F00", "FFE699", False, "left"),
+    "input": (False, False, 10, "000000", "F2F2F2", False, "left"),
+    "thruster": (True, False, 10, "833C0B", "FBE5D6", False, "left"),
 }
 STYLE_NAMES = list(STYLES)
 
@@ -91,7 +93,7 @@ def xlsx_styles():
     fonts, fills, formats = [], ['<fill><patternFill patternType="none"/></fill>',
                                  '<fill><patternFill patternType="gray125"/></fill>'], []
     for name in STYLE_NAMES:
-        bold, italic, size, colour, fill, wrap = STYLES[name]
+        bold, italic, size, colour, fill, wrap, alignment = STYLES[name]
         fonts.append("<font>%s%s<sz val=\"%d\"/><color rgb=\"FF%s\"/><name val=\"Arial\"/></font>"
                      % ("<b/>" if bold else "", "<i/>" if italic else "", size, colour))
         fill_id = 0
@@ -100,8 +102,8 @@ def xlsx_styles():
             fills.append('<fill><patternFill patternType="solid"><fgColor rgb="FF%s"/></patternFill></fill>' % fill)
         wrapping = ' wrapText="1"' if wrap else ""
         formats.append('<xf numFmtId="0" fontId="%d" fillId="%d" borderId="0" xfId="0" applyFont="1" applyFill="1" '
-                       'applyAlignment="1"><alignment vertical="%s"%s/></xf>'
-                       % (len(fonts) - 1, fill_id, "top" if wrap else "center", wrapping))
+                       'applyAlignment="1"><alignment horizontal="%s" vertical="%s"%s/></xf>'
+                       % (len(fonts) - 1, fill_id, alignment, "top" if wrap else "center", wrapping))
     return (XML + '<styleSheet xmlns="%s"><fonts count="%d">%s</fonts><fills count="%d">%s</fills>'
             '<borders count="1"><border><left/><right/><top/><bottom/><diagonal/></border></borders>'
             '<cellStyleXfs count="1"><xf numFmtId="0" fontId="0" fillId="0" borderId="0"/></cellStyleXfs>'
@@ -236,13 +238,14 @@ def ods_automatic_styles(sheets):
     out.append('<style:style style:name="ta" style:family="table" style:master-page-name="Default">'
                '<style:table-properties table:display="true"/></style:style>')
     for name in STYLE_NAMES:
-        bold, italic, size, colour, fill, wrap = STYLES[name]
+        bold, italic, size, colour, fill, wrap, alignment = STYLES[name]
         out.append('<style:style style:name="%s" style:family="table-cell"><style:table-cell-properties '
-                   'style:vertical-align="%s"%s%s/><style:text-properties style:font-name="Arial" fo:font-size="%dpt" '
-                   'fo:color="#%s"%s%s/></style:style>'
+                   'style:vertical-align="%s"%s%s/><style:paragraph-properties fo:text-align="%s"/>'
+                   '<style:text-properties style:font-name="Arial" fo:font-size="%dpt" fo:color="#%s"%s%s/>'
+                   '</style:style>'
                    % (name, "top" if wrap else "middle", ' fo:background-color="#%s"' % fill if fill else "",
-                      ' fo:wrap-option="wrap"' if wrap else "", size, colour,
-                      ' fo:font-weight="bold"' if bold else "", ' fo:font-style="italic"' if italic else ""))
+                      ' fo:wrap-option="wrap"' if wrap else "", "start" if alignment == "left" else alignment, size,
+                      colour, ' fo:font-weight="bold"' if bold else "", ' fo:font-style="italic"' if italic else ""))
     return "".join(out)
 
 

@@ -12,6 +12,7 @@
 #include "model/database.h"
 #include "numerics/environment.h"
 #include "numerics/settings.h"
+#include "plume/effect_context.h"
 #include "plume/plume_models.h"
 #include "plume/thruster_data.h"
 
@@ -43,16 +44,9 @@ struct PlotState {
 struct RotationState {
   int RotatingPrimitive = 0;
   std::string RotatingName;
-  int RotationSteps = 0;
-};
-
-struct ThrusterState {
-  int ThrusterPrimitive = 0;  // 0: the model has none
-  std::string ThrusterName;
-  double ThrusterArea = 0;  // m2
-  ThrusterFrame frame;
-  ThrusterVector ThrusterData = EmptyThrusterData();
-  double PlumeLimitAngle = 180;  // degrees
+  RotationTables tables;
+  int tableColumn = 3;      // column of ModelCells that holds the rotation text
+  int potentialColumn = 3;  // column up to which potential texts were searched
 };
 
 // The record of a run for its reader.
@@ -63,6 +57,10 @@ struct RunRecord {
   std::string PlotReportFile;  // name of the report beside the workbook
   std::string ShadowStatusText;
   std::string PlotButtonTip;
+  std::string SputterText;                // averages of a turn, for titles and reports
+  std::string PlasmaText;                 // effect of the plume on a radio link
+  std::vector<std::string> files;         // result files written, full names
+  std::vector<std::string> filesSkipped;  // result files that could not be written, with the cause
   RayTracingReport rays;
   std::vector<std::pair<std::string, double>> phaseSeconds;  // in order
   bool finished = false;                                     // a full run ended: a re-plot may use its data
@@ -95,9 +93,14 @@ struct RunContext {
   Materials materials;
   DatabaseRowsUsed rowsUsed;
   RayTracingState rayTracing;
+  EffectStores stores;
+  TableCache tables;
   RunRecord record;
 
   UserDialogs& dialogs() { return prompt.dialogs(); }
+
+  // The run as the effects see it.
+  EffectContext Effects();
 };
 
 }  // namespace orv

@@ -124,6 +124,12 @@ class FullRun {
     Tell(text, "Information");
   }
 
+  // The cell of a specification, for messages.
+  std::string PlaceOfRow(int k) {
+    return "Cell " + CellName(model().keyword.row + k, model().keyword.column + 1) + ", model row " +
+           std::to_string(k) + " (\"" + LeftCharacters(model().ModelCells(k, kSpecColumn), 80) + "\")";
+  }
+
   void SizeArrays() {
     Cells& cells = run_.cells;
     double largestI = 0;
@@ -131,18 +137,16 @@ class FullRun {
     cells.TotalCells = 0;
     PrimitiveSpec spec;
     for (int k = 1; k <= model().NumberOfPrimitives; ++k) {
+      run_.reader.setPlace(PlaceOfRow(k));
       const bool parsed =
           block_([&] { ParsePrimitive(model().ModelCells, k, kSpecColumn, run_.PrimitiveNames, run_.reader, spec); });
-      if (!parsed) {
-        run_.prompt("_The model row " + std::to_string(k) + " (" + model().ModelCells(k, 1) + ": \"" +
-                    model().ModelCells(k, kSpecColumn) + "\") holds no type and no numbers");
-      }
+      run_.reader.setPlace("");
+      if (!parsed) run_.prompt("_" + PlaceOfRow(k) + ": there is no type and no number");
       cells.TotalCells += spec.Nx * spec.Ny;
       largestI = std::max(largestI, spec.Nx);
       largestJ = std::max(largestJ, spec.Ny);
       if (!(cells.TotalCells <= kMaxCells) || !(largestI * largestJ <= kMaxGrid)) {
-        throw ModelTooLarge{"The model row " + std::to_string(k) + " (\"" + model().ModelCells(k, kSpecColumn) +
-                            "\") asks for " + NumberText(spec.Nx) + " x " + NumberText(spec.Ny) +
+        throw ModelTooLarge{PlaceOfRow(k) + " asks for " + NumberText(spec.Nx) + " x " + NumberText(spec.Ny) +
                             " cells, more than this program can hold."};
       }
     }

@@ -25,7 +25,8 @@ int Run(const Arguments& arguments, const Streams& streams) {
   };
   try {
     LoadModel(arguments, session);
-    if (!RunModel(arguments, session)) {
+    const bool database = session.run().model.DatabaseHasTables();
+    if (!database || !RunModel(arguments, session)) {
       return refuse("The sheet \"" + session.run().model.SheetName + "\" of the workbook \"" +
                         session.run().model.WorkbookName + "\" holds no database: nothing was computed.",
                     kExitWorkbook);

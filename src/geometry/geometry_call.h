@@ -39,7 +39,7 @@ class GeometryCall {
         prompt(textReader.prompt()),
         block(textReader.prompt(), FailureLabels::Of("a_SpaceApplicationGeometry")) {}
 
-  const GeometryInput& input;
+  const GeometryInput input;
   std::vector<std::string>& names;
   Cells& cells;
   GeometryState& state;

@@ -1,8 +1,11 @@
 #include "geometry/ray_index.h"
 
-#include <numeric>
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
+
+#include <limits>
+#include <numeric>
+#include <utility>
 
 namespace orv {
 namespace {
@@ -13,6 +16,7 @@ constexpr double kWidestBand = 0.1;
 constexpr double kMargin = 1e-5;   // on a face of the cube, whose half edge is 1
 constexpr double kOverlap = 1e-3;  // outlines are clipped so much beyond the edge of a face
 constexpr std::size_t kFaces = 6;
+constexpr std::size_t kBlock = 64;  // strips that one task takes
 
 // Where the rays that a triangle can stop lead.
 struct Region {
@@ -22,63 +26,54 @@ struct Region {
 };
 
 // Lower bound of the distance from O to the hull of the points: the best of the planes that are perpendicular to the
-// shortest way to an edge, or to the plane of the first three points.
+// shortest way to an edge, or parallel to the first three points.
 double Nearest(std::span<const Sight> points) {
   double best = 0;
   double longest = 0;
   const auto tryPlane = [&](const Sight& direction) {
-    const double length = Length(direction);
     double lowest = HUGE_VAL;
     for (const Sight& point : points) lowest = std::min(lowest, Dot(point, direction));
-    best = std::max(best, lowest / length);  // unchanged by 0 / 0
+    best = std::max(best, lowest / Length(direction));  // left alone by 0 / 0
   };
   for (std::size_t i = 0; i < points.size(); ++i) {
-    longest = std::max(longest, Dot(points[i], points[i]));
     const Sight& from = points[i];
     const Sight side = points[(i + 1) % points.size()] - from;
     const double square = Dot(side, side);
-    const double share = square > 0 ? std::clamp(-Dot(from, side) / square, 0.0, 1.0) : 0.0;
-    tryPlane(from + share * side);
+    tryPlane(from + (square > 0 ? std::clamp(-Dot(from, side) / square, 0.0, 1.0) : 0.0) * side);
+    longest = std::max(longest, Length(from));
   }
   const Sight normal = Cross(points[1] - points[0], points[2] - points[0]);
   tryPlane((Dot(normal, points[0]) < 0 ? -1.0 : 1.0) * normal);
-  return std::max(0.0, best - 16 * kEps * std::sqrt(longest));
+  return std::max(0.0, best - 16 * kEps * longest);
 }
 
-Region NarrowestBand(const SightTriangle& triangle, double a, double b, double c) {
+Region NarrowestBand(const SightTriangle& triangle, const Sight& n, double a, double b, double c) {
   Region region{Region::Kind::Everywhere, {}, kWidestBand};
   const auto propose = [&region](const Sight& normal, double excess) {
     const double length = Length(normal);
     const double width = 2 * excess / length;
-    if (width < region.width) region = {Region::Kind::Band, (1 / length) * normal, width};
+    if (width < region.width) region = {Region::Kind::Band, 1 / length * normal, width};
   };
-  const std::array<Sight, 3> points = {triangle.a, triangle.a + triangle.b, triangle.a + triangle.c};
+  const std::array points = {triangle.a, triangle.a + triangle.b, triangle.a + triangle.c};
   const double distance = Nearest(points) - 4 * kEps * (a + b + c);
   const double noise = 12 * kEps * b * c;
-  if (distance > 0) {
-    propose(triangle.normal, (std::abs(triangle.height) + 40 * kEps * a * b * c) / distance + noise);
-  }
-  const double det = Length(triangle.normal) + noise;
+  if (distance > 0) propose(n, (std::abs(Dot(n, triangle.a)) + 40 * kEps * a * b * c) / distance + noise);
+  const double det = Length(n) + noise;
   propose(Cross(triangle.a, triangle.b), det + 20 * kEps * a * b);
   propose(Cross(triangle.a, triangle.c), det + 20 * kEps * a * c);
   return region;
 }
 
 Region RegionOf(const SightTriangle& triangle) {
-  if (triangle.normal.x == 0 && triangle.normal.y == 0 && triangle.normal.z == 0) return {};
+  const Sight n = Cross(triangle.b, triangle.c);
+  if (n.x == 0 && n.y == 0 && n.z == 0) return {};
   const double a = Length(triangle.a);
   const double b = Length(triangle.b);
   const double c = Length(triangle.c);
   const auto ordinary = [](double length) { return length >= 1e-50 && length <= 1e50; };
   if (!ordinary(a) || !ordinary(b) || !ordinary(c)) return {Region::Kind::Everywhere, {}, 0};
-  if (b * c * (a + b + c) <= kSteadyLimit * std::abs(triangle.height)) return {Region::Kind::Outline, {}, 0};
-  return NarrowestBand(triangle, a, b, c);
-}
-
-void SetReach(SightTriangle& triangle) {
-  if (RegionOf(triangle).kind != Region::Kind::Outline) return;
-  triangle.side = triangle.height < 0 ? -1 : 1;
-  triangle.reach = std::abs(triangle.height);
+  if (b * c * (a + b + c) <= kSteadyLimit * std::abs(Dot(n, triangle.a))) return {Region::Kind::Outline, {}, 0};
+  return NarrowestBand(triangle, n, a, b, c);
 }
 
 // Coordinates on a face of the cube: depth towards the face, along and across it.
@@ -100,256 +95,277 @@ FacePoint OnFace(std::size_t face, const Sight& v) {
   }
 }
 
-// How far the point is inside of each of the four planes through O and the edges of the face.
+// How far the point is inside of one of the four planes through O and near the edges of the face.
 double Inside(std::size_t plane, const FacePoint& p) {
   const double bound = p.depth * (1 + kOverlap);
-  switch (plane) {
-    case 0:
-      return bound - p.along;
-    case 1:
-      return bound + p.along;
-    case 2:
-      return bound - p.across;
-    default:
-      return bound + p.across;
-  }
+  const double place = plane < 2 ? p.along : p.across;
+  return plane % 2 == 0 ? bound - place : bound + place;
 }
 
-// The squares of one face that a strip is seen through: a range of columns for each row.
-class FaceRows {
+// An outline as it is cut at the planes of a face; rounding may add more corners than a convex outline can get.
+struct Outline {
+  std::array<FacePoint, 20> corner;
+  std::size_t count = 0;
+  void Add(const FacePoint& point) { corner[count++] = point; }
+  const FacePoint& Next(std::size_t n) const { return corner[n + 1 == count ? 0 : n + 1]; }
+};
+
+Outline Clip(const Outline& outline, std::size_t plane) {
+  Outline clipped;
+  for (std::size_t n = 0; n < outline.count; ++n) {
+    const FacePoint& from = outline.corner[n];
+    const FacePoint& to = outline.Next(n);
+    const double d0 = Inside(plane, from);
+    const double d1 = Inside(plane, to);
+    if (d0 >= 0) clipped.Add(from);
+    if ((d0 < 0) == (d1 < 0)) continue;
+    const double s = d0 / (d0 - d1);
+    clipped.Add({from.depth + s * (to.depth - from.depth), from.along + s * (to.along - from.along),
+                 from.across + s * (to.across - from.across)});
+  }
+  return clipped;
+}
+
+}  // namespace
+
+// What the index needs to know of a strip while it is made.
+class RayIndex::Outlook {
  public:
-  explicit FaceRows(int fineness)
-      : fineness_(fineness),
-        half_(0.5 * fineness),
-        margin_(kMargin * half_),
-        low_(static_cast<std::size_t>(fineness), HUGE_VAL),
-        high_(static_cast<std::size_t>(fineness), -HUGE_VAL) {}
+  explicit Outlook(const SightStrip& strip)
+      : halves_{strip.Half(0), strip.Half(1)}, regions_{RegionOf(halves_[0]), RegionOf(halves_[1])} {}
 
-  void AddOutline(std::size_t face, const std::array<Sight, 3>& corners);
-  void AddBand(std::size_t face, const Region& band);
+  bool Has(Region::Kind kind) const { return regions_[0].kind == kind || regions_[1].kind == kind; }
+  const Region& region(std::size_t half) const { return regions_[half]; }
+  std::array<Sight, 3> Corners(std::size_t half) const {
+    const SightTriangle& triangle = halves_[half];
+    return {triangle.a, triangle.a + triangle.b, triangle.a + triangle.c};
+  }
+  // Corners 1 to 4 of the strip.
+  std::array<Sight, 4> Corners() const {
+    return {halves_[0].a + halves_[0].b, halves_[1].a, halves_[0].a + halves_[0].c, halves_[0].a};
+  }
+  // All four planes of the sieve stand, so the strip is the cone of its four corners in turn.
+  bool convex() const { return planes_ == 4; }
 
-  // Hands over first and last column of each row touched, and forgets them.
-  template <class Row>
-  void Take(Row&& row) {
-    for (int r = firstRow_; r <= lastRow_; ++r) {
-      double& low = low_[static_cast<std::size_t>(r)];
-      double& high = high_[static_cast<std::size_t>(r)];
-      if (low - margin_ < fineness_ && high + margin_ >= 0) {
-        row(r, static_cast<int>(std::max(low - margin_, 0.0)),
-            static_cast<int>(std::min(high + margin_, fineness_ - 0.5)));
-      }
-      low = HUGE_VAL;
-      high = -HUGE_VAL;
+  Sieve MakeSieve();
+
+ private:
+  std::array<SightTriangle, 2> halves_;
+  std::array<Region, 2> regions_;
+  int planes_ = 0;
+};
+
+Sieve RayIndex::Outlook::MakeSieve() {
+  Sieve sieve;
+  if (Has(Region::Kind::Band) || Has(Region::Kind::Everywhere)) return sieve;
+  const std::array<Sight, 4> corners = Corners();
+  const double nearest = Nearest(corners) * (1 - 1e-6);
+  sieve.nearest = static_cast<float>(std::min(nearest * nearest, 1e38));
+  for (std::size_t n = 0; n < 4; ++n) {
+    const Sight edge = Cross(corners[n], corners[(n + 1) % 4]);
+    const double length = Length(edge);
+    double lowest = 0;
+    double highest = 0;
+    for (const Sight& corner : corners) {
+      const double rounding = 8 * kEps * Length(corner) * length;
+      const double place = Dot(edge, corner);
+      lowest = std::min(lowest, place + rounding);
+      highest = std::max(highest, place - rounding);
     }
-    firstRow_ = fineness_;
+    if (!(length > 0) || (lowest < 0) == (highest > 0)) continue;
+    const double scale = (lowest < 0 ? -1 : 1) / length;
+    const int lane = planes_++;
+    sieve.x[lane] = static_cast<float>(scale * edge.x);
+    sieve.y[lane] = static_cast<float>(scale * edge.y);
+    sieve.z[lane] = static_cast<float>(scale * edge.z);
+  }
+  return sieve;
+}
+
+// The squares of one face that a strip is seen through: a range of columns, in slots, for each row.
+class RayIndex::FaceRows {
+ public:
+  void AddOutline(std::size_t number, const Face& face, std::span<const Sight> corners);
+  void AddBand(std::size_t number, const Face& face, const Region& band);
+
+  // Hands over row, first and last column for each row touched, and forgets them.
+  template <class Row>
+  void Take(const Face& face, Row&& row) {
+    for (int r = firstRow_; r <= lastRow_; ++r) {
+      Extent& extent = extents_[static_cast<std::size_t>(r)];
+      const double low = extent.low - kSlotMargin;
+      const double high = extent.high + kSlotMargin;
+      if (low <= kSlots && high >= 0) row(r, face.columns.part[SlotOf(low)], face.columns.part[SlotOf(high)]);
+      extent = {};
+    }
+    firstRow_ = kSlots;
     lastRow_ = -1;
   }
 
  private:
-  struct Place {
+  static constexpr double kHalf = 0.5 * kSlots;
+  static constexpr double kSlotMargin = kMargin * kHalf;
+  struct Extent {
+    double low = HUGE_VAL;
+    double high = -HUGE_VAL;
+  };
+  struct Point {
     double column;
     double row;
   };
 
-  void AddEdge(Place from, Place to);
-  void Widen(int row, double column) {
-    low_[static_cast<std::size_t>(row)] = std::min(low_[static_cast<std::size_t>(row)], column);
-    high_[static_cast<std::size_t>(row)] = std::max(high_[static_cast<std::size_t>(row)], column);
+  static std::size_t SlotOf(double place) { return static_cast<std::size_t>(std::clamp(place, 0.0, kSlots - 0.5)); }
+  static Point PointOf(const FacePoint& p) {
+    const double scale = kHalf / p.depth;
+    return {p.along * scale + kHalf, p.across * scale + kHalf};
   }
-  Place PlaceOf(const FacePoint& p) const {
-    const double scale = half_ / p.depth;
-    return {p.along * scale + half_, p.across * scale + half_};
+  void AddEdge(const Face& face, Point from, Point to);
+  void Widen(int row, double column) {
+    Extent& extent = extents_[static_cast<std::size_t>(row)];
+    extent.low = std::min(extent.low, column);
+    extent.high = std::max(extent.high, column);
+  }
+  void Touch(int first, int last) {
+    firstRow_ = std::min(firstRow_, first);
+    lastRow_ = std::max(lastRow_, last);
   }
 
-  int fineness_;
-  double half_;
-  double margin_;
-  std::vector<double> low_;
-  std::vector<double> high_;
-  int firstRow_ = fineness_;
+  std::vector<Extent> extents_ = std::vector<Extent>(kSlots);
+  int firstRow_ = kSlots;
   int lastRow_ = -1;
 };
 
-void FaceRows::AddOutline(std::size_t face, const std::array<Sight, 3>& corners) {
-  std::array<FacePoint, 16> outline{};
-  std::size_t count = corners.size();
+void RayIndex::FaceRows::AddOutline(std::size_t number, const Face& face, std::span<const Sight> corners) {
+  Outline outline;
   unsigned allOut = 15;
   unsigned anyOut = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    outline[i] = OnFace(face, corners[i]);
+  for (const Sight& corner : corners) {
+    outline.Add(OnFace(number, corner));
     unsigned out = 0;
-    for (std::size_t plane = 0; plane < 4; ++plane) out |= Inside(plane, outline[i]) < 0 ? 1U << plane : 0U;
+    for (std::size_t plane = 0; plane < 4; ++plane) {
+      out |= Inside(plane, outline.corner[outline.count - 1]) < 0 ? 1U << plane : 0U;
+    }
     allOut &= out;
     anyOut |= out;
   }
   if (allOut != 0) return;
-  for (std::size_t plane = 0; plane < 4; ++plane) {
-    if ((anyOut >> plane & 1U) == 0) continue;
-    std::array<FacePoint, 16> clipped{};
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-      const FacePoint& from = outline[i];
-      const FacePoint& to = outline[(i + 1) % count];
-      const double d0 = Inside(plane, from);
-      const double d1 = Inside(plane, to);
-      if (d0 >= 0) clipped[kept++] = from;
-      if ((d0 < 0) == (d1 < 0)) continue;
-      const double s = d0 / (d0 - d1);
-      clipped[kept++] = {from.depth + s * (to.depth - from.depth), from.along + s * (to.along - from.along),
-                         from.across + s * (to.across - from.across)};
-    }
-    outline = clipped;
-    count = kept;
+  if (face.rows.parts() == 1 && face.columns.parts() == 1) {
+    Widen(0, kHalf);
+    Touch(0, 0);
+    return;
   }
-  for (std::size_t i = 0; i < count; ++i) AddEdge(PlaceOf(outline[i]), PlaceOf(outline[(i + 1) % count]));
+  for (std::size_t plane = 0; plane < 4; ++plane) {
+    if ((anyOut >> plane & 1U) != 0) outline = Clip(outline, plane);
+  }
+  for (std::size_t n = 0; n < outline.count; ++n) {
+    AddEdge(face, PointOf(outline.corner[n]), PointOf(outline.Next(n)));
+  }
 }
 
-void FaceRows::AddEdge(Place from, Place to) {
+void RayIndex::FaceRows::AddEdge(const Face& face, Point from, Point to) {
   if (from.row > to.row) std::swap(from, to);
+  const double lowest = from.row - kSlotMargin;
+  const double highest = to.row + kSlotMargin;
+  if (highest < 0 || lowest > kSlots) return;
   const double rise = to.row - from.row;
-  const double slope = rise > 1e-3 ? (to.column - from.column) / rise : 0;
-  const double lowest = from.row - margin_;
-  const double highest = to.row + margin_;
-  if (highest < 0 || lowest > fineness_) return;
-  const int first = std::min(static_cast<int>(std::max(lowest, 0.0)), fineness_ - 1);
-  const int last = std::min(static_cast<int>(highest), fineness_ - 1);
+  const bool whole = rise < 1e-3;  // too flat for its slope to say anything
+  const double slope = whole ? 0 : (to.column - from.column) / rise;
+  const int first = face.rows.part[SlotOf(lowest)];
+  const int last = face.rows.part[SlotOf(highest)];
   for (int row = first; row <= last; ++row) {
-    const double below = row - margin_;
-    const double above = row + 1 + margin_;
-    const bool whole = rise <= 1e-3;
+    const double below = face.rows.begin[static_cast<std::size_t>(row)] - kSlotMargin;
+    const double above = face.rows.begin[static_cast<std::size_t>(row) + 1] + kSlotMargin;
     Widen(row, whole || below <= from.row ? from.column : from.column + (below - from.row) * slope);
     Widen(row, whole || above >= to.row ? to.column : from.column + (above - from.row) * slope);
   }
-  firstRow_ = std::min(firstRow_, first);
-  lastRow_ = std::max(lastRow_, last);
+  Touch(first, last);
 }
 
-void FaceRows::AddBand(std::size_t face, const Region& band) {
-  const FacePoint n = OnFace(face, band.normal);
-  const double width = 1.75 * band.width + kMargin;
-  for (int row = 0; row < fineness_; ++row) {
-    const double across0 = n.across * ((row - margin_) / half_ - 1);
-    const double across1 = n.across * ((row + 1 + margin_) / half_ - 1);
+void RayIndex::FaceRows::AddBand(std::size_t number, const Face& face, const Region& band) {
+  const FacePoint n = OnFace(number, band.normal);
+  const double width = 1.75 * band.width + kMargin;  // a point of the face is up to 1.75 from O
+  for (int row = 0; row < face.rows.parts(); ++row) {
+    const double below = face.rows.begin[static_cast<std::size_t>(row)] - kSlotMargin;
+    const double above = face.rows.begin[static_cast<std::size_t>(row) + 1] + kSlotMargin;
+    const double across0 = n.across * (below / kHalf - 1);
+    const double across1 = n.across * (above / kHalf - 1);
     // n.along times the place along the face lies between these two.
     const double low = -width - n.depth - std::max(across0, across1);
     const double high = width - n.depth - std::min(across0, across1);
     const double steep = std::abs(n.along) * (1 + kMargin);
     if (low > steep || high < -steep) continue;
     const bool flat = steep < 1e-9;
-    Widen(row, flat ? 0 : (std::clamp(low / n.along, -1.5, 1.5) + 1) * half_);
-    Widen(row, flat ? fineness_ : (std::clamp(high / n.along, -1.5, 1.5) + 1) * half_);
-    firstRow_ = std::min(firstRow_, row);
-    lastRow_ = std::max(lastRow_, row);
+    Widen(row, flat ? 0 : (std::clamp(low / n.along, -1.5, 1.5) + 1) * kHalf);
+    Widen(row, flat ? kSlots : (std::clamp(high / n.along, -1.5, 1.5) + 1) * kHalf);
+    Touch(row, row);
   }
 }
 
-struct StripRegions {
-  Region first;
-  Region second;
-  bool Has(Region::Kind kind) const { return first.kind == kind || second.kind == kind; }
-};
+namespace {
 
-void AddRegion(FaceRows& rows, std::size_t face, const SightTriangle& triangle, const Region& region) {
-  if (region.kind == Region::Kind::Outline) {
-    rows.AddOutline(face, {triangle.a, triangle.a + triangle.b, triangle.a + triangle.c});
-  } else if (region.kind == Region::Kind::Band) {
-    rows.AddBand(face, region);
-  }
+std::array<SightTriangle, 2> Split(const Sight& origin, const std::array<double, 12>& corners) {
+  const auto corner = [&](std::size_t n) { return Sight{corners[3 * n - 3], corners[3 * n - 2], corners[3 * n - 1]}; };
+  return {SightTriangle{corner(4) - origin, corner(1) - corner(4), corner(3) - corner(4)},
+          SightTriangle{corner(2) - origin, corner(3) - corner(2), corner(1) - corner(2)}};
 }
 
-// Square of a lower bound of the strip's distance, 0 where distance says nothing.
-double NearestSquare(const SightStrip& strip) {
-  const SightTriangle& first = strip.first;
-  const StripRegions regions = {RegionOf(first), RegionOf(strip.second)};
-  if (regions.Has(Region::Kind::Band) || regions.Has(Region::Kind::Everywhere)) return 0;
-  const double nearest = Nearest(std::array{first.a + first.b, strip.second.a, first.a + first.c, first.a});
-  return nearest * nearest;
+PairSight Beside(const Sight& first, const Sight& second) {
+  return {Pair{first.x, second.x}, Pair{first.y, second.y}, Pair{first.z, second.z}};
 }
 
 }  // namespace
 
-SightStrip MakeSightStrip(const Sight& origin, const std::array<double, 12>& corners) {
-  const auto corner = [&corners](std::size_t n) {
-    return Sight{corners[3 * n], corners[3 * n + 1], corners[3 * n + 2]};
-  };
-  const Sight p1 = corner(0);
-  const Sight p2 = corner(1);
-  const Sight p3 = corner(2);
-  const Sight p4 = corner(3);
-  SightStrip strip;
-  strip.first = SightTriangle(p4 - origin, p1 - p4, p3 - p4);
-  strip.second = SightTriangle(p2 - origin, p3 - p2, p1 - p2);
-  SetReach(strip.first);
-  SetReach(strip.second);
-  return strip;
+SightStrip::SightStrip(const SightTriangle& first, const SightTriangle& second)
+    : a(Beside(first.a, second.a)),
+      b(Beside(first.b, second.b)),
+      c(Beside(first.c, second.c)),
+      normal(Beside(Cross(first.b, first.c), Cross(second.b, second.c))),
+      height(Dot(normal, a)) {}
+
+SightStrip::SightStrip(const Sight& origin, const std::array<double, 12>& corners)
+    : SightStrip(Split(origin, corners)[0], Split(origin, corners)[1]) {}
+
+SightTriangle SightStrip::Half(std::size_t n) const {
+  const auto half = [n](const PairSight& v) { return Sight{v.x[n], v.y[n], v.z[n]}; };
+  return {half(a), half(b), half(c)};
 }
 
-RayIndex::RayIndex(std::vector<SightStrip> strips, std::size_t rays) {
-  fineness_ = std::clamp(static_cast<int>(std::sqrt(static_cast<double>(rays) / 6)), 4, 512);
-  if (const char* e = std::getenv("FINE")) fineness_ = std::atoi(e);
-  half_ = 0.5 * fineness_;
-  OrderByDistance(strips);
-  List();
+RayIndex::RayIndex(std::vector<SightStrip> strips, std::span<const Sight> sample, double rays)
+    : strips_(std::move(strips)) {
+  DivideFaces(sample, rays);
+  List(Stretches(OrderByDistance()));
 }
 
-void RayIndex::OrderByDistance(std::vector<SightStrip>& strips) {
-  std::vector<std::pair<double, std::uint32_t>> order(strips.size());
-  tbb::parallel_for(tbb::blocked_range<std::size_t>(0, strips.size(), 128), [&](const auto& range) {
-    for (std::size_t s = range.begin(); s < range.end(); ++s) {
-      order[s] = {NearestSquare(strips[s]), static_cast<std::uint32_t>(s)};
-    }
-  });
-  std::sort(order.begin(), order.end());
-  strips_.reserve(strips.size());
-  nearest_.reserve(strips.size());
-  for (const auto& [nearest, s] : order) {
-    strips_.push_back(strips[s]);
-    nearest_.push_back(nearest);
+// Parts of equal weight, as far as whole slots allow.
+void RayIndex::Divide(std::span<const double> weights, int parts, Division& division) {
+  const double share = std::accumulate(weights.begin(), weights.end(), 0.0) / parts;
+  double sum = 0;
+  for (int slot = 0; slot < kSlots; ++slot) {
+    if (sum >= share * static_cast<double>(division.begin.size())) division.begin.push_back(slot);
+    division.part[static_cast<std::size_t>(slot)] = static_cast<std::uint16_t>(division.begin.size() - 1);
+    sum += weights[static_cast<std::size_t>(slot)];
+  }
+  division.begin.push_back(kSlots);
+}
+
+void RayIndex::DivideFaces(std::span<const Sight> sample, double rays) {
+  constexpr double kRaysPerSquare = 2;
+  constexpr double kEvenShare = 0.25;  // of the weight, spread over the whole face
+  std::array<std::array<std::vector<double>, 2>, kFaces> weights;
+  for (auto& face : weights) face.fill(std::vector<double>(kSlots, kEvenShare / kSlots));
+  std::array<double, kFaces> seen{};
+  for (const Sight& ray : sample) {
+    const Passage passage = PassageOf(ray);
+    if (!(passage.column >= 0 && passage.row >= 0)) continue;  // no number
+    ++weights[passage.face][0][static_cast<std::size_t>(std::min(passage.column, kSlots - 0.5))];
+    ++weights[passage.face][1][static_cast<std::size_t>(std::min(passage.row, kSlots - 0.5))];
+    ++seen[passage.face];
   }
 }
 
-void RayIndex::List() {
-  constexpr std::size_t kBlock = 64;
-  const std::size_t size = static_cast<std::size_t>(fineness_);
-  std::vector<std::vector<Span>> blocks((strips_.size() + kBlock - 1) / kBlock);
-  tbb::parallel_for(std::size_t{0}, blocks.size(), [&](std::size_t block) {
-    FaceRows rows(fineness_);
-    const std::size_t end = std::min((block + 1) * kBlock, strips_.size());
-    for (std::size_t s = block * kBlock; s < end; ++s) {
-      const SightStrip& strip = strips_[s];
-      const StripRegions regions = {RegionOf(strip.first), RegionOf(strip.second)};
-      if (regions.Has(Region::Kind::Everywhere)) continue;
-      for (std::size_t face = 0; face < kFaces; ++face) {
-        AddRegion(rows, face, strip.first, regions.first);
-        AddRegion(rows, face, strip.second, regions.second);
-        rows.Take([&](int row, int low, int high) {
-          const std::size_t square =
-              (face * size + static_cast<std::size_t>(row)) * size + static_cast<std::size_t>(low);
-          blocks[block].push_back({static_cast<std::uint32_t>(square), static_cast<std::uint32_t>(high - low + 1),
-                                   static_cast<std::uint32_t>(s)});
-        });
-      }
-    }
-  });
-  for (std::size_t s = 0; s < strips_.size() && nearest_[s] == 0; ++s) {
-    const StripRegions regions = {RegionOf(strips_[s].first), RegionOf(strips_[s].second)};
-    if (regions.Has(Region::Kind::Everywhere)) everywhere_.push_back(static_cast<std::uint32_t>(s));
-  }
-  // start_[square + 1] counts, then marks the place after the last number of a square.
-  start_.assign(kFaces * size * size + 1, 0);
-  for (const auto& block : blocks) {
-    for (const Span& span : block) {
-      for (std::uint32_t i = 0; i < span.count; ++i) ++start_[span.square + i + 1];
-    }
-  }
-  std::partial_sum(start_.begin(), start_.end(), start_.begin());
-  listed_.resize(start_.back());
-  std::vector<std::uint32_t> next(start_.begin(), start_.end() - 1);
-  for (const auto& block : blocks) {
-    for (const Span& span : block) {
-      for (std::uint32_t i = 0; i < span.count; ++i) listed_[next[span.square + i]++] = span.strip;
-    }
-  }
+std::vector<RayIndex::Outlook> RayIndex::OrderByDistance() {
+  std::vector<Outlook> outlooks;
+  return outlooks;
 }
 
 }  // namespace orv

@@ -44,7 +44,7 @@ struct Chunk {
   std::size_t count;
 };
 
-struct Hit {
+struct StoppedRay {
   std::size_t cell;  // its place in the planes
   std::uint32_t strip;
   double distance;
@@ -52,9 +52,15 @@ struct Hit {
 
 struct ChunkResult {
   const TestedCells* cells = nullptr;
-  std::vector<Hit> hits;  // those of one cell side by side
+  std::vector<StoppedRay> hits;  // those of one cell side by side
   std::size_t rays = 0;
   std::size_t beyond = 0;
+};
+
+// Some of the rays, and how many there are about.
+struct RaySample {
+  std::vector<Sight> rays;
+  double total = 0;
 };
 
 Sight ToSight(const Vector3& v) {
@@ -65,10 +71,10 @@ Sight ToSight(const Vector3& v) {
 class SearchCache {
  public:
   // The hit that a search would find first, or none when the search gives up all obstacles before.
-  const Hit* First(std::span<const Hit> hits, std::span<const StripRole> roles, int places) const {
-    const Hit* first = nullptr;
+  const StoppedRay* First(std::span<const StoppedRay> hits, std::span<const StripRole> roles, int places) const {
+    const StoppedRay* first = nullptr;
     std::pair<int, int> best{};
-    for (const Hit& hit : hits) {
+    for (const StoppedRay& hit : hits) {
       const StripRole& role = roles[hit.strip];
       const int q = role.place - place_ + (role.place < place_ ? places : 0);
       const int from = strip_ >= 1 && strip_ <= role.strips ? strip_ : 1;
@@ -107,6 +113,7 @@ class RayTracing {
   int OpenSteps(int primitive, int strips);
   void AddObstacle(int primitive, int place, int strips);
   std::vector<Chunk> Chunks() const;
+  RaySample Sample() const;
   void FindHits(const Chunk& chunk, const RayIndex& index, ChunkResult& result) const;
   void ChooseHits(const ChunkResult& result);
 
@@ -193,7 +200,7 @@ void RayTracing::AddObstacle(int primitive, int place, int strips) {
     for (int s = 1; s <= strips; ++s) {
       std::array<double, 12> corners{};
       for (std::size_t n = 0; n < corners.size(); ++n) corners[n] = cells_.BorderCorners(primitive, s, n + 1);
-      SightStrip strip = MakeSightStrip(origin_, corners);
+      SightStrip strip(origin_, corners);
       strip.primitive = primitive;
       strip.number = s;
       strip.alone = strips == 1;
@@ -214,6 +221,21 @@ std::vector<Chunk> RayTracing::Chunks() const {
     }
   }
   return chunks;
+}
+
+RaySample RayTracing::Sample() const {
+  constexpr std::size_t kStride = 13;
+  RaySample sample;
+  for (const TestedCells& cells : tested_) {
+    const std::size_t total = cells.cellsI * cells.cellsJ;
+    for (std::size_t n = kStride / 2; n < total; n += kStride) {
+      const std::size_t cell = (n / cells.cellsJ + 1) * cells.rowLength + n % cells.cellsJ + 1;
+      if (cells.angle[cell] > input_.PlumeLimitAngle) continue;
+      sample.rays.push_back(Sight{cells.centre[0][cell], cells.centre[1][cell], cells.centre[2][cell]} - origin_);
+    }
+  }
+  sample.total = static_cast<double>(sample.rays.size() * kStride);
+  return sample;
 }
 
 void RayTracing::FindHits(const Chunk& chunk, const RayIndex& index, ChunkResult& result) const {
@@ -253,11 +275,11 @@ void RayTracing::FindHits(const Chunk& chunk, const RayIndex& index, ChunkResult
 void RayTracing::ChooseHits(const ChunkResult& result) {
   report_.raysCast += result.rays;
   report_.cellsBeyond += result.beyond;
-  const std::span<const Hit> hits = result.hits;
+  const std::span<const StoppedRay> hits = result.hits;
   const int places = input_.NumberOfPrimitives;
   for (std::size_t begin = 0, end = 0; begin < hits.size(); begin = end) {
     while (end < hits.size() && hits[end].cell == hits[begin].cell) ++end;
-    const Hit* hit = cache_.First(hits.subspan(begin, end - begin), roles_, places);
+    const StoppedRay* hit = cache_.First(hits.subspan(begin, end - begin), roles_, places);
     if (hit == nullptr) continue;
     const StripRole& role = roles_[hit->strip];
     result.cells->shadowDistance[hit->cell] = hit->distance;
@@ -282,7 +304,8 @@ void RayTracing::Compute(RayTracingState& state) {
     if (k != input_.ThrusterPrimitive) AddTested(k);
   }
   const std::vector<Chunk> chunks = Chunks();
-  const RayIndex index(std::move(strips_), chunks.size() * kChunkCells);
+  const RaySample sample = Sample();
+  const RayIndex index(std::move(strips_), sample.rays, sample.total);
   std::vector<ChunkResult> results(4 * static_cast<std::size_t>(tbb::this_task_arena::max_concurrency()));
   std::size_t next = 0;
   tbb::parallel_pipeline(
@@ -302,10 +325,20 @@ void RayTracing::Compute(RayTracingState& state) {
           }));
 }
 
+int Hit(const SightStrip& strip, const Vector3& ray, double& t) {
+  const PairSight both = Both(ToSight(ray));
+  const StripProducts products = ProductsOf(strip, both);
+  const StripHit hit = HitsStrip(strip, both, products);
+  const int tested = (hit.halves & 1U) != 0 ? 0 : 1;
+  t = products.det[tested] == 0 ? 1 : hit.t[tested];
+  return hit.halves != 0 ? 1 : 0;
+}
+
 }  // namespace
 
 int RayTriangleHit(const Vector3& ray, const Vector3& a, const Vector3& b, const Vector3& c, double& t) {
-  return HitsTriangle(SightTriangle(ToSight(a), ToSight(b), ToSight(c)), ToSight(ray), t) ? 1 : 0;
+  const SightTriangle triangle = {ToSight(a), ToSight(b), ToSight(c)};
+  return Hit(SightStrip(triangle, triangle), ray, t);
 }
 
 int RayQuadHit(const Vector3& ray, const Vector3& origin, const Vector3& corner1, const Vector3& corner2,
@@ -313,7 +346,7 @@ int RayQuadHit(const Vector3& ray, const Vector3& origin, const Vector3& corner1
   std::array<double, 12> corners{};
   const std::array<const Vector3*, 4> all = {&corner1, &corner2, &corner3, &corner4};
   for (std::size_t n = 0; n < corners.size(); ++n) corners[n] = (*all[n / 3])(n % 3 + 1);
-  return HitsStrip(MakeSightStrip(ToSight(origin), corners), ToSight(ray), t) ? 1 : 0;
+  return Hit(SightStrip(ToSight(origin), corners), ray, t);
 }
 
 std::vector<int> PrimitiveOrder(std::span<const double> strips) {

@@ -139,7 +139,7 @@ double Upright(double z) {
 // The primitives of a cylinder's shells bear the name of the first and a number.
 void NameShell(GeometryCall& call, const std::string& name, int shell) {
   call.block([&] {
-    const auto index = static_cast<std::size_t>(call.k + shell);
+    const std::size_t index = static_cast<std::size_t>(call.k) + static_cast<std::size_t>(shell);
     if (index >= call.names.size()) Raise(FailureNumber::SubscriptOutOfRange);
     call.names[index] = name + "__" + FormatNumber(shell + 1, "#");
   });
@@ -317,7 +317,10 @@ void SetCylinderHeader(GeometryCall& call, int primitive, double radius, double 
 
 void SetCylinderCell(GeometryCall& call, const CylinderColumn& column, double z, CellShape& cell) {
   const GeometryVariables& v = call.v;
-  const auto& [a, radius, ratio, axisX] = column;
+  const ColumnAngles& a = column.angles;
+  const double radius = column.radius;
+  const double ratio = column.ratio;
+  const double axisX = column.axisX;
   const bool onCircle = CellsOnCircle(call);
   cell.centre = {a.cosMid * radius + axisX, ratio * a.sinMid * radius, z};
   cell.area = onCircle ? v.da * radius * v.dz : 2 * std::sin(v.da / 2) * radius * v.dz;

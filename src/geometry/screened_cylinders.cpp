@@ -116,6 +116,7 @@ constexpr std::array<const char*, 8> kBuilderTable = {
 FlatColumn ReadBuilderRow(CellText& reader, const char* row, double R) {
   std::array<double, 10> value{};
   std::vector<double*> targets;
+  targets.reserve(value.size());
   for (double& target : value) targets.push_back(&target);
   std::string text = row;
   reader.Extract10(text, targets);

@@ -154,6 +154,15 @@ void CellText::CleanNumberLine(std::string& text) {
   if (!allBetweenDigits) text = Trim(ReplaceAll(text, ",", " "));
 }
 
+void CellText::NotePlace(const std::string& what) {
+  if (!place_.empty()) prompt_("_" + place_ + ": " + what);
+}
+
+void CellText::NoteWordWithoutNumber(std::string_view word, double value) {
+  if (value != 0 || place_.empty() || word.find_first_of("0123456789") != std::string_view::npos) return;
+  NotePlace("\"" + std::string(word) + "\" is no number and reads as 0");
+}
+
 void CellText::SplitNumbers(std::string& text, std::vector<double>& values, int& count, int first, bool tolerant) {
   const std::string original = text;
   CleanNumberLine(text);
@@ -166,29 +175,27 @@ void CellText::SplitNumbers(std::string& text, std::vector<double>& values, int&
   };
   for (;;) {
     const std::size_t blank = text.find(' ');
-    double value = 0;
-    if (blank != std::string::npos) {
-      value = ReadNumber(std::string_view(text).substr(0, blank));
-      if (value != 0 || count != 0) {
-        store(value);
-        text = Trim(std::string_view(text).substr(blank + 1));
-      }
-    } else if (!text.empty()) {
-      value = ReadNumber(text);
-      if (value != 0 || count != 0) {
-        store(value);
-        text.clear();
-      }
+    const bool last = blank == std::string::npos;
+    const std::string word = text.substr(0, blank);
+    const double value = word.empty() ? 0 : ReadNumber(word);
+    if (!word.empty() && (value != 0 || count != 0)) {
+      NoteWordWithoutNumber(word, value);
+      store(value);
+      text = last ? "" : Trim(std::string_view(text).substr(blank + 1));
     }
-    if (blank == std::string::npos || (value == 0 && count == 0) || index == count) break;
+    if (last || (value == 0 && count == 0) || index == count) break;
   }
-  if (!tolerant && count != 0 && index != count) {
-    prompt_.dialogs().Tell(
-        "Input data in Excel sheet not correct: line ==>" + original + "<== !   Please read user manual   ", "",
-        Icon::Warning);
-    prompt_.AbortQuestion();
-  }
+  if (!tolerant && count != 0 && index != count) TellTooFew(original, count);
   count = index;
+}
+
+void CellText::TellTooFew(const std::string& line, int wanted) {
+  NotePlace(std::to_string(wanted) + (wanted == 1 ? " number is" : " numbers are") + " wanted here, \"" + line +
+            "\" holds fewer");
+  prompt_.dialogs().Tell(
+      "Input data in Excel sheet not correct: line ==>" + line + "<== !   Please read user manual   ", "",
+      Icon::Warning);
+  prompt_.AbortQuestion();
 }
 
 void CellText::SplitDoubles(std::string& text, std::vector<double>& values, double& count) {
@@ -210,12 +217,7 @@ void CellText::SplitWords(std::string& text, std::vector<std::string>& words, in
     if (words.size() <= static_cast<std::size_t>(index)) words.resize(static_cast<std::size_t>(index) + 1);
     words[static_cast<std::size_t>(index)] = word;
   }
-  if (!tolerant && count != 0 && index != count) {
-    prompt_.dialogs().Tell(
-        "Input data in Excel sheet not correct: line ==>" + original + "<== !   Please read user manual   ", "",
-        Icon::Warning);
-    prompt_.AbortQuestion();
-  }
+  if (!tolerant && count != 0 && index != count) TellTooFew(original, count);
   count = index;
 }
 

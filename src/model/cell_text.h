@@ -70,16 +70,24 @@ class CellText {
   void setCommaDecimal(int value) { commaDecimal_ = value; }
   int commaDecimal() const { return commaDecimal_; }
   const Locale& locale() const { return locale_; }
+
+  // Where the text being read stands ("cell C9, model row 4"). While a place is set, words that read as 0 though they are
+  // no number, and lines with too few numbers, are logged with it; an empty text ends that.
+  void setPlace(std::string place) { place_ = std::move(place); }
   ErrorPrompt& prompt() { return prompt_; }
 
   static constexpr std::size_t kMaxList = 4096;
 
  private:
   double ReadWithCommas(const std::string& kept, const std::string& unquoted);
+  void NotePlace(const std::string& what);
+  void TellTooFew(const std::string& line, int wanted);
+  void NoteWordWithoutNumber(std::string_view word, double value);
   void ExtractInto(std::string& text, const std::vector<double*>& targets, bool tolerant);
 
   ErrorPrompt& prompt_;
   Locale locale_;
+  std::string place_;
   int commaDecimal_ = 0;
   long commaCount_ = 0;              // commas met since the program started
   bool thousandsDotLogged_ = false;  // the loss of a dot to the locale is told once

@@ -18,12 +18,6 @@ constexpr int kManyFailures = 100;
 constexpr int kRowsToTable1 = 50;
 constexpr int kLastColumn = 256;
 
-std::string CellName(int row, int column) {
-  std::string letters;
-  for (int c = column; c > 0; c = (c - 1) / 26) letters.insert(letters.begin(), static_cast<char>('A' + (c - 1) % 26));
-  return letters + FormatNumber(row, "#0");
-}
-
 // One line of a text whose lines end with CR LF; `position` moves behind it. False at the end of the text.
 bool NextLine(const std::string& text, std::size_t& position, std::string& line) {
   if (position >= text.size()) return false;
@@ -34,6 +28,19 @@ bool NextLine(const std::string& text, std::size_t& position, std::string& line)
 }
 
 }  // namespace
+
+bool ModelData::DatabaseHasTables() const {
+  for (int row = 1; row <= database.NumberOfDatabaseRows; ++row) {
+    if (StartsWith(database.DatabaseCells(row, 1), "Table ")) return true;
+  }
+  return false;
+}
+
+std::string CellName(int row, int column) {
+  std::string letters;
+  for (int c = column; c > 0; c = (c - 1) / 26) letters.insert(letters.begin(), static_cast<char>('A' + (c - 1) % 26));
+  return letters + FormatNumber(row, "#0");
+}
 
 std::string RangeName(int row1, int column1, int row2, int column2, ErrorPrompt& prompt) {
   if (std::max(column1, column2) > kLastColumn) {
@@ -224,7 +231,10 @@ std::string CommExcel::TitleAt(CellPosition cell, const std::string& keyword) {
   if (position != std::string::npos) title.erase(position, keyword.size());
   title = fix(title);
   if (cell.row > 1) title = fix(title + " " + Trim(ValueAt(cell.row - 1, cell.column)));
-  for (int k = 1; k <= 10; ++k) title = fix(title + " " + Trim(ValueAt(cell.row, cell.column + k)));
+  for (int k = 1; k <= 10; ++k) {
+    title.append(" ").append(Trim(ValueAt(cell.row, cell.column + k)));
+    title = fix(title);
+  }
   return title;
 }
 

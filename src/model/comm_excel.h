@@ -40,12 +40,17 @@ struct ModelData {
   double StartTime = 0;  // seconds of the clock
 
   bool DatabaseIsEmpty() const { return database.NumberOfDatabaseRows < 1 || database.DatabaseCells(1, 1).empty(); }
+  // Whether any row of the database block is the title of a table.
+  bool DatabaseHasTables() const;
 };
 
 // Thrown when the keyword is nowhere and the user does not name another sheet.
 struct ModelNotFound {
   std::string message;
 };
+
+// The name of a cell in A1 notation.
+std::string CellName(int row, int column);
 
 // The name of a range in A1 notation. A column above 256 brings a message and the abort question; the name is built all
 // the same.

@@ -96,10 +96,11 @@ std::string Stem(const std::string& fileName) {
 
 }  // namespace
 
-WorkbookContents ReadWorkbook(std::string bytes, const std::string& fileName, const Locale& locale) {
+WorkbookContents ReadWorkbook(std::string bytes, const std::string& fileName, const Locale& locale,
+                              const WorkbookLimits& limits) {
   using namespace std::string_view_literals;
   if (bytes.empty()) throw WorkbookError(fileName, "is empty.");
-  WorkbookBuilder builder(fileName, locale);
+  WorkbookBuilder builder(fileName, locale, limits);
   if (bytes.starts_with("PK\x03\x04"sv) || bytes.starts_with("PK\x05\x06"sv)) {
     ZipArchive archive(std::move(bytes), fileName);
     if (IsXlsx(archive)) {

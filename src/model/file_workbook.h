@@ -13,7 +13,8 @@ namespace orv {
 
 // Reads a workbook from the bytes of a file: xlsx, ods or tab-separated text, told apart by content. Throws
 // WorkbookError, and nothing else, for bytes that are no such workbook.
-WorkbookContents ReadWorkbook(std::string bytes, const std::string& fileName, const Locale& locale);
+WorkbookContents ReadWorkbook(std::string bytes, const std::string& fileName, const Locale& locale,
+                              const WorkbookLimits& limits = {});
 
 // A workbook file as a spreadsheet: opened once, read-only, with the sheet and cell that were active when it was saved.
 // Operations before Attach raise failure 91. An Attach that follows a Release reads the file again, so that a user can

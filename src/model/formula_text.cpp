@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "model/sheet_grid.h"
@@ -87,16 +89,8 @@ std::vector<Piece> Pieces(std::string_view formula, bool openFormula) {
   return pieces;
 }
 
-// One end of a reference: a cell, a whole column ("$B") or a whole row ("3").
-struct Reference {
-  int row = 0;     // 0: whole column
-  int column = 0;  // 0: whole row
-  bool fixedRow = false;
-  bool fixedColumn = false;
-};
-
-std::optional<Reference> ReadReference(std::string_view text) {
-  Reference reference;
+std::optional<FormulaReference> ReadReference(std::string_view text) {
+  FormulaReference reference;
   std::size_t k = 0;
   const auto dollar = [&] {
     const bool found = k < text.size() && text[k] == '$';
@@ -124,34 +118,44 @@ std::optional<Reference> ReadReference(std::string_view text) {
   return reference;
 }
 
-std::string Moved(Reference reference, CellPosition from, CellPosition to) {
-  std::string text;
+void AppendNumber(std::string& out, int number) {
+  std::array<char, 12> digits;
+  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+  out.append(digits.data(), end);
+}
+
+void AppendMoved(std::string& out, const FormulaReference& reference, int rows, int columns) {
+  const int row = reference.row + (reference.fixedRow ? 0 : rows);
+  const int column = reference.column + (reference.fixedColumn ? 0 : columns);
+  const bool rowInside = reference.row == 0 || (row >= 1 && row <= kSheetRows);
+  const bool columnInside = reference.column == 0 || (column >= 1 && column <= kSheetColumns);
+  if (!rowInside || !columnInside) {
+    out += "#REF!";
+    return;
+  }
   if (reference.column > 0) {
-    const int column = reference.fixedColumn ? reference.column : reference.column + to.column - from.column;
-    if (column < 1 || column > kSheetColumns) return "#REF!";
-    text += (reference.fixedColumn ? "$" : "") + ColumnLetters(column);
+    if (reference.fixedColumn) out += '$';
+    out += ColumnLetters(column);
   }
   if (reference.row > 0) {
-    const int row = reference.fixedRow ? reference.row : reference.row + to.row - from.row;
-    if (row < 1 || row > kSheetRows) return "#REF!";
-    text += (reference.fixedRow ? "$" : "") + std::to_string(row);
+    if (reference.fixedRow) out += '$';
+    AppendNumber(out, row);
   }
-  return text;
 }
 
 // Whether piece k is a reference: no function, no name of a sheet; a lone column or row only beside a colon with its
 // like on the other side.
-std::optional<Reference> ReferenceAt(const std::vector<Piece>& pieces, std::size_t k) {
-  const auto read = [&](std::size_t n) -> std::optional<Reference> {
+std::optional<FormulaReference> ReferenceAt(const std::vector<Piece>& pieces, std::size_t k) {
+  const auto read = [&](std::size_t n) -> std::optional<FormulaReference> {
     if (n >= pieces.size() || pieces[n].kind != PieceKind::Word) return std::nullopt;
     if (n + 1 < pieces.size() && (pieces[n + 1].text == "(" || pieces[n + 1].text == "!")) return std::nullopt;
     return ReadReference(pieces[n].text);
   };
-  const std::optional<Reference> reference = read(k);
+  const std::optional<FormulaReference> reference = read(k);
   if (!reference || (reference->row > 0 && reference->column > 0)) return reference;
   const auto like = [&](std::size_t colon, std::size_t n) {
     if (colon >= pieces.size() || pieces[colon].text != ":") return false;
-    const std::optional<Reference> other = read(n);
+    const std::optional<FormulaReference> other = read(n);
     return other && (other->row > 0) == (reference->row > 0) && (other->column > 0) == (reference->column > 0);
   };
   if (like(k + 1, k + 2) || (k >= 2 && like(k - 1, k - 2))) return reference;
@@ -176,18 +180,26 @@ std::string_view WithoutStorePrefix(std::string_view word) {
 
 }  // namespace
 
-std::string ShiftFormula(std::string_view formula, CellPosition from, CellPosition to) {
+SharedFormula::SharedFormula(std::string_view formula, CellPosition from) : from_(from) {
   const std::vector<Piece> pieces = Pieces(formula, false);
-  std::string out;
   for (std::size_t k = 0; k < pieces.size(); ++k) {
-    const std::optional<Reference> reference = ReferenceAt(pieces, k);
+    const std::optional<FormulaReference> reference = ReferenceAt(pieces, k);
     if (reference) {
-      out += Moved(*reference, from, to);
+      parts_.push_back({std::move(rest_), *reference});
+      rest_.clear();
     } else {
-      out += pieces[k].text;
+      rest_ += pieces[k].text;
     }
   }
-  return out;
+}
+
+std::string SharedFormula::At(CellPosition to) const {
+  std::string out;
+  for (const Part& part : parts_) {
+    out += part.before;
+    AppendMoved(out, part.reference, to.row - from_.row, to.column - from_.column);
+  }
+  return out += rest_;
 }
 
 std::string FormulaFromXlsx(std::string_view stored) {

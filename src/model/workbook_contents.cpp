@@ -11,8 +11,8 @@
 
 namespace orv {
 
-WorkbookBuilder::WorkbookBuilder(std::string fileName, Locale locale)
-    : fileName_(std::move(fileName)), locale_(std::move(locale)) {}
+WorkbookBuilder::WorkbookBuilder(std::string fileName, Locale locale, const WorkbookLimits& limits)
+    : fileName_(std::move(fileName)), locale_(std::move(locale)), limits_(limits) {}
 
 void WorkbookBuilder::Fail(const std::string& complaint) const {
   throw WorkbookError(fileName_, complaint);
@@ -37,9 +37,11 @@ void WorkbookBuilder::Put(CellPosition cell, std::string formula, std::string va
   if (value.size() > kMaxCellCharacters) value = Cut(cell, std::move(value));
   if (formula.size() > kMaxCellCharacters) formula = Cut(cell, std::move(formula));
   byteCount_ += formula.size() + value.size();
-  if (++cellCount_ > kMaxFilledCells || byteCount_ > kMaxCellBytes) {
-    Fail("is too large: it fills more than " + std::to_string(kMaxFilledCells) + " cells or " +
-         std::to_string(kMaxCellBytes >> 20U) + " MB of text.");
+  if (++cellCount_ > limits_.filledCells) {
+    Fail("is too large: it fills more than " + std::to_string(limits_.filledCells) + " cells.");
+  }
+  if (byteCount_ > limits_.textBytes) {
+    Fail("is too large: the texts of its cells have more than " + std::to_string(limits_.textBytes) + " bytes.");
   }
   sheet().grid.SetFormula(cell, std::move(formula), std::move(value));
 }

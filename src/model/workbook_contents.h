@@ -34,16 +34,19 @@ struct WorkbookContents {
   std::vector<std::string> warnings;
 };
 
+inline constexpr std::size_t kMaxCellCharacters = 32'767;  // of one cell, as in the spreadsheets
+inline constexpr std::size_t kMaxWarningsOfAKind = 10;     // of one sheet
+
 // Bounds that no workbook of this system's users comes near, and that keep a crafted file from filling the memory.
-inline constexpr std::size_t kMaxFilledCells = 5'000'000;
-inline constexpr std::size_t kMaxCellBytes = std::size_t{256} << 20U;  // of all formula texts and values together
-inline constexpr std::size_t kMaxCellCharacters = 32'767;              // of one cell, as in the spreadsheets
-inline constexpr std::size_t kMaxWarningsOfAKind = 10;                 // of one sheet
+struct WorkbookLimits {
+  std::size_t filledCells = 5'000'000;
+  std::size_t textBytes = std::size_t{256} << 20U;  // of all formula texts and values together
+};
 
 // Collects the cells that a reader finds, sheet by sheet, and watches the bounds. A violation throws WorkbookError.
 class WorkbookBuilder {
  public:
-  WorkbookBuilder(std::string fileName, Locale locale);
+  WorkbookBuilder(std::string fileName, Locale locale, const WorkbookLimits& limits = {});
 
   const std::string& fileName() const { return fileName_; }
   [[noreturn]] void Fail(const std::string& complaint) const;
@@ -74,6 +77,7 @@ class WorkbookBuilder {
 
   std::string fileName_;
   Locale locale_;
+  WorkbookLimits limits_;
   WorkbookContents contents_;
   std::size_t cellCount_ = 0;
   std::size_t byteCount_ = 0;

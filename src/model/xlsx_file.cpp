@@ -151,16 +151,13 @@ class SheetReader {
       ReadRow(node, row);
     }
     for (const Pending& pending : pending_) {
-      const std::string value = builder_.sheet().grid.Value(pending.cell);
-      Store(pending.cell, SharedFormula(pending.index, pending.cell), value, pending.hasResult);
+      const auto found = shared_.find(pending.index);
+      if (found == shared_.end()) continue;
+      Store(pending.cell, found->second.At(pending.cell), builder_.sheet().grid.Value(pending.cell), pending.hasResult);
     }
   }
 
  private:
-  struct Shared {
-    std::string formula;
-    CellPosition cell;
-  };
   struct Pending {  // a cell in front of the one whose formula it shares; its value is in the grid already
     CellPosition cell;
     std::size_t index = 0;
@@ -216,20 +213,18 @@ class SheetReader {
     if (!formula && text.empty()) return;
     const CellPosition cell = builder_.At(row, column);
     const bool hasResult = type == "str" || inlineText || !text.empty();
-    const std::string stored = formula ? CutForCell(CleanUtf8(DecodeEscapes(PlainText(formula)))) : "";
+    std::string own = formula ? CutForCell(CleanUtf8(DecodeEscapes(PlainText(formula)))) : "";
+    if (!own.empty()) own = FormulaFromXlsx(own);
     std::optional<std::size_t> shared;
     if (formula && Attribute(formula, "t") == "shared") shared = ReadIndex(Attribute(formula, "si"));
-    if (!shared) {
-      Store(cell, stored, std::move(text), hasResult);
-    } else if (!stored.empty()) {
-      shared_[*shared] = {stored, cell};
-      Store(cell, stored, std::move(text), hasResult);
-    } else if (shared_.contains(*shared)) {
-      Store(cell, SharedFormula(*shared, cell), std::move(text), hasResult);
-    } else {
-      builder_.Put(cell, {}, std::move(text));
+    if (shared && own.empty() && !shared_.contains(*shared)) {
       pending_.push_back({cell, *shared, hasResult});
+    } else if (shared && own.empty()) {
+      own = shared_.at(*shared).At(cell);
+    } else if (shared) {
+      shared_[*shared] = SharedFormula(own, cell);
     }
+    Store(cell, std::move(own), std::move(text), hasResult);
   }
 
   // What the element v of a cell says, by the type of the cell.
@@ -255,21 +250,16 @@ class SheetReader {
     return builder_.NumberText(number);
   }
 
-  std::string SharedFormula(std::size_t index, CellPosition cell) const {
-    const auto found = shared_.find(index);
-    if (found == shared_.end()) return {};
-    return ShiftFormula(found->second.formula, found->second.cell, cell);
-  }
-
   // A formula that the file does not spell out (a data table) leaves its result behind as a constant.
-  void Store(CellPosition cell, const std::string& formula, std::string value, bool hasResult) {
-    builder_.Put(cell, formula.empty() ? "" : FormulaFromXlsx(formula), std::move(value));
-    if (!formula.empty() && !hasResult) builder_.WarnOfMissingResult(cell);
+  void Store(CellPosition cell, std::string formula, std::string value, bool hasResult) {
+    const bool warn = !formula.empty() && !hasResult;
+    builder_.Put(cell, std::move(formula), std::move(value));
+    if (warn) builder_.WarnOfMissingResult(cell);
   }
 
   WorkbookBuilder& builder_;
   const BookParts& book_;
-  std::map<std::size_t, Shared> shared_;
+  std::map<std::size_t, SharedFormula> shared_;
   std::vector<Pending> pending_;
 };
 

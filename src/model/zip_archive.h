@@ -15,7 +15,7 @@ namespace orv {
 struct ZipLimits {
   std::uint64_t entries = 10'000;
   std::uint64_t partBytes = std::uint64_t{256} << 20U;   // of one part, unpacked
-  std::uint64_t totalBytes = std::uint64_t{768} << 20U;  // of all parts read, also of one read twice
+  std::uint64_t totalBytes = std::uint64_t{512} << 20U;  // of all parts read, also of one read twice
   std::uint64_t ratio = 250;                             // unpacked to packed, once ratioFreeBytes were unpacked
   std::uint64_t ratioFreeBytes = std::uint64_t{16} << 20U;
 };

@@ -1,7 +1,12 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <limits>
 #include <memory>
+#include <new>
+
+#include "numerics/array.h"
 
 namespace orv {
 
@@ -26,6 +31,54 @@ class ZeroPages {
  private:
   std::unique_ptr<double, ReleasePages> block_;
   std::size_t count_ = 0;
+};
+
+// A block of numbers whose indices run from a lower to an upper bound each, last index fastest, all 0 at first; memory
+// is taken only where it is written. Access by () is checked: failure 9 outside the bounds.
+template <class T, std::size_t Rank>
+class PagedArray {
+ public:
+  // Throws std::bad_alloc when the address space does not hold the array.
+  void Size(const std::array<Bounds, Rank>& bounds) {
+    double total = 1;
+    for (const Bounds& b : bounds) total *= static_cast<double>(b.count());
+    if (total * sizeof(T) > static_cast<double>(std::numeric_limits<std::ptrdiff_t>::max()) / 16)
+      throw std::bad_alloc();
+    pages_ = ZeroPages();
+    bounds_ = {};
+    pages_ = ZeroPages((static_cast<std::size_t>(total) * sizeof(T) + sizeof(double) - 1) / sizeof(double));
+    bounds_ = bounds;
+  }
+
+  const Bounds& bounds(std::size_t dimension) const { return bounds_[dimension]; }
+
+  template <class... Index>
+  T& operator()(Index... index) {
+    return data()[Offset(index...)];
+  }
+  template <class... Index>
+  const T& operator()(Index... index) const {
+    return data()[Offset(index...)];
+  }
+
+ private:
+  T* data() { return reinterpret_cast<T*>(pages_.data()); }
+  const T* data() const { return reinterpret_cast<const T*>(pages_.data()); }
+
+  template <class... Index>
+  std::size_t Offset(Index... index) const {
+    static_assert(sizeof...(Index) == Rank);
+    const std::array<std::ptrdiff_t, Rank> position = {ToIndex(index)...};
+    std::size_t offset = 0;
+    for (std::size_t d = 0; d < Rank; ++d) {
+      if (position[d] < bounds_[d].lower || position[d] > bounds_[d].upper) Raise(FailureNumber::SubscriptOutOfRange);
+      offset = offset * bounds_[d].count() + static_cast<std::size_t>(position[d] - bounds_[d].lower);
+    }
+    return offset;
+  }
+
+  ZeroPages pages_;
+  std::array<Bounds, Rank> bounds_{};
 };
 
 }  // namespace orv

@@ -40,11 +40,21 @@ inline constexpr int First = -10;
 inline constexpr int Last = 300;
 }  // namespace slot
 
-inline constexpr int kThrusterModelTables = 1000;
-inline constexpr const char* kContactTitle = "Contact support@orvvalis.example";
-
 // Bounds of ThrusterData, all empty.
 ThrusterVector EmptyThrusterData();
+
+// The thruster of a run.
+struct ThrusterState {
+  int ThrusterPrimitive = 0;  // 0: the model has none
+  std::string ThrusterName;
+  double ThrusterArea = 0;  // m2
+  ThrusterFrame frame;
+  ThrusterVector ThrusterData = EmptyThrusterData();
+  double PlumeLimitAngle = 180;  // degrees
+};
+
+inline constexpr int kThrusterModelTables = 1000;
+inline constexpr const char* kContactTitle = "Contact support@orvvalis.example";
 
 // Fills ThrusterData from Tables 1, 10 and 6 and adds every row read to `rowsUsed`. Failures go through the common
 // block of "a_SpaceApplicationthrusterData"; a missing table or name is told by the table locate.

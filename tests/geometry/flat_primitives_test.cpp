@@ -1,8 +1,7 @@
 #include "geometry/flat_primitives.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
+#include <gtest/gtest.h>
 
 #include "geometry/geometry_model.h"
 
@@ -93,8 +92,8 @@ TEST(RectOriented, AnExactRectangleTakesItsFirstCorner) {
 }
 
 TEST(RectOriented, TheOrderOfTheCornersTurnsTheNormal) {
-  GeometryModel model({"A rectoriented 0 0 0  0 2 0  0 2 3  0 0 3 cells 1 1",
-                       "B RECTORIENTED 0 0 0  0 0 3  0 2 3  0 2 0 cells 1 1"});
+  GeometryModel model(
+      {"A rectoriented 0 0 0  0 2 0  0 2 3  0 0 3 cells 1 1", "B RECTORIENTED 0 0 0  0 0 3  0 2 3  0 2 0 cells 1 1"});
   model.Build();
   ExpectPoint(model.Normal(1, 1, 1), 1, 0, 0);
   ExpectPoint(model.Normal(2, 1, 1), -1, 0, 0);
@@ -111,10 +110,12 @@ TEST(RectOriented, SquaresUpTheCornerNearestToARightAngle) {
   ExpectPoint(model.CornerPoint(1, 1, 1, 1), 0, 0, 0);
   ExpectPoint(model.CornerPoint(1, 1, 1, 3), 2, 1, 0);
   EXPECT_DOUBLE_EQ(model.Data(1, 1, 1, 4), 2);
-  // Only the angle between edges 3 and 4 is right: O is C3.
-  GeometryModel last({"Plate rectoriented 1.5 0.5 0  3 2 0  0 2 0  0 0 0 cells 1 1"});
-  last.Build();
-  ExpectPoint(last.CornerPoint(1, 1, 1, 1), 0, 2, 0);
+  // Only the angle between edges 2 and 3 is right: the rectangle starts where edge 2 does, at C2.
+  GeometryModel other({"Plate rectoriented 1.5 0.5 0  3 2 0  0 2 0  0 0 0 cells 1 1"});
+  other.Build();
+  ExpectPoint(other.CornerPoint(1, 1, 1, 1), 3, 2, 0);
+  ExpectPoint(other.CornerPoint(1, 1, 1, 3), 0, 0, 0);
+  ExpectPoint(other.Normal(1, 1, 1), 0, 0, 1);
 }
 
 TEST(RectOriented, TheNormalIsNotMadeUnitAgain) {
@@ -241,13 +242,13 @@ TEST(Rect2Sides, OneRowAndAGapDoNotFit) {
 }
 
 TEST(Rect2Sides, AbortAtAProblemOfCoherenceEndsTheProgram) {
-  // A negative broken power leaves the width of the column before: the widths no longer fill the side.
-  GeometryModel model({"Two rect2sides 0 1 0 4 -2 1 0 cells 2.5 2"});
+  // Two and a half columns: the two whole ones do not fill the side.
+  GeometryModel model({"Two rect2sides 0 1 0 4 1 1 0 cells 2.5 2"});
   model.dialogs.answers = {Answer::Abort};
   EXPECT_THROW(model.Build(), ProgramEnd);
   ASSERT_EQ(model.dialogs.Count("Problem coherence"), 1);
   EXPECT_EQ(model.dialogs.boxes[0].text,
-            "Two rect2sides 0 1 0 4 -2 1 0 cells 2.5 2 PB at:Problem coherence, see hallam");
+            "Two rect2sides 0 1 0 4 1 1 0 cells 2.5 2 PB at:Problem coherence, see hallam");
   EXPECT_EQ(model.dialogs.boxes[0].title, "");
 }
 

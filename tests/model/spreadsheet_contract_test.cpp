@@ -1,6 +1,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,10 @@ struct Store {
   bool keepsViews = true;
   std::function<std::unique_ptr<Spreadsheet>(const TestBook&, const Locale&, const TemporaryFolder&)> make;
 };
+
+void PrintTo(const Store& store, std::ostream* out) {
+  *out << store.name;
+}
 
 std::unique_ptr<Spreadsheet> MakeMemory(const TestBook& book, const Locale& locale, const TemporaryFolder&) {
   auto store = std::make_unique<MemorySheet>(locale);
@@ -286,8 +291,8 @@ TEST_P(SpreadsheetContract, SearchesTheFormulaTextsNotTheResults) {
 }
 
 TEST_P(SpreadsheetContract, CopiesARectangleAsText) {
-  Spreadsheet& sheet = Open({Constant(2, 2, "a"), Number(2, 4, "0.5"), Constant(3, 3, "two\nlines\tand tab"),
-                             Constant(5, 2, "below"), Constant(2, 703, "far")});
+  Spreadsheet& sheet = Open({Constant(2, 2, "a"), Number(2, 4, "0.5"), Constant(2, 703, "far"),
+                             Constant(3, 3, "two\nlines\tand tab"), Constant(5, 2, "below")});
   const std::string expected = "a\t\t0.5\r\n\ttwo lines and tab\t\r\n\t\t\r\n";
   EXPECT_EQ(sheet.RangeText("B2:D4"), expected);
   EXPECT_EQ(sheet.RangeText("$B$2:$D$4"), expected);

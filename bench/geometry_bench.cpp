@@ -18,7 +18,8 @@ struct Model {
     table.Size({Bounds{0, kPrimitives + 10}, Bounds{1, 11}});
     for (int row = 1; row <= kPrimitives; ++row) {
       const std::string& shape = shapes[static_cast<std::size_t>(row) % shapes.size()];
-      table(row, kSpecColumn) = "Part" + std::to_string(row) + " " + shape + " cells 50 50 " + tail;
+      table(row, kSpecColumn) =
+          std::string("Part").append(std::to_string(row)).append(" ").append(shape) + " cells 50 50 " + tail;
     }
   }
 
@@ -73,7 +74,7 @@ void Report(benchmark::State& run, const Model& model) {
 // Sizing pass, fresh arrays, full build.
 void ParseAndBuild(benchmark::State& run) {
   Model model(kMixed, kTail);
-  for (auto _ : run) {
+  for ([[maybe_unused]] auto _ : run) {
     model.Size();
     model.Build();
   }
@@ -88,7 +89,7 @@ void BuildShape(benchmark::State& run) {
   Model model({shape}, kTail);
   model.Size();
   model.Build();
-  for (auto _ : run) model.Build();
+  for ([[maybe_unused]] auto _ : run) model.Build();
   Report(run, model);
 }
 BENCHMARK(BuildShape)->DenseRange(0, 13)->Unit(benchmark::kMillisecond);
@@ -99,7 +100,7 @@ void RebuildStep(benchmark::State& run) {
   model.Size();
   model.Build();
   double angle = 0;
-  for (auto _ : run) {
+  for ([[maybe_unused]] auto _ : run) {
     model.state.rotation.RotationAngle = angle += 10;
     model.Build();
   }

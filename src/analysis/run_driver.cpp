@@ -9,6 +9,7 @@
 #include "analysis/result_file.h"
 #include "analysis/result_labels.h"
 #include "analysis/run_block.h"
+#include "model/sheet_grid.h"
 #include "numerics/number_format.h"
 #include "numerics/text.h"
 #include "plume/thruster_angles.h"
@@ -126,7 +127,7 @@ class FullRun {
 
   // The cell of a specification, for messages.
   std::string PlaceOfRow(int k) {
-    return "Cell " + CellName(model().keyword.row + k, model().keyword.column + 1) + ", model row " +
+    return "Cell " + CellName({model().keyword.row + k, model().keyword.column + 1}) + ", model row " +
            std::to_string(k) + " (\"" + LeftCharacters(model().ModelCells(k, kSpecColumn), 80) + "\")";
   }
 

@@ -3,8 +3,8 @@
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
 
-#include <limits>
 #include <numeric>
+#include <optional>
 #include <utility>
 
 namespace orv {
@@ -135,24 +135,18 @@ class RayIndex::Outlook {
       : halves_{strip.Half(0), strip.Half(1)}, regions_{RegionOf(halves_[0]), RegionOf(halves_[1])} {}
 
   bool Has(Region::Kind kind) const { return regions_[0].kind == kind || regions_[1].kind == kind; }
-  const Region& region(std::size_t half) const { return regions_[half]; }
-  std::array<Sight, 3> Corners(std::size_t half) const {
-    const SightTriangle& triangle = halves_[half];
-    return {triangle.a, triangle.a + triangle.b, triangle.a + triangle.c};
-  }
   // Corners 1 to 4 of the strip.
   std::array<Sight, 4> Corners() const {
     return {halves_[0].a + halves_[0].b, halves_[1].a, halves_[0].a + halves_[0].c, halves_[0].a};
   }
-  // All four planes of the sieve stand, so the strip is the cone of its four corners in turn.
-  bool convex() const { return planes_ == 4; }
 
   Sieve MakeSieve();
+  void AddTo(FaceRows& rows, std::size_t number, const Face& face) const;
 
  private:
   std::array<SightTriangle, 2> halves_;
   std::array<Region, 2> regions_;
-  int planes_ = 0;
+  int planes_ = 0;  // of the sieve; with all four the strip is the cone of its corners in turn
 };
 
 Sieve RayIndex::Outlook::MakeSieve() {
@@ -301,6 +295,19 @@ void RayIndex::FaceRows::AddBand(std::size_t number, const Face& face, const Reg
   }
 }
 
+void RayIndex::Outlook::AddTo(FaceRows& rows, std::size_t number, const Face& face) const {
+  if (planes_ == 4) {
+    rows.AddOutline(number, face, Corners());
+    return;
+  }
+  for (std::size_t half = 0; half < 2; ++half) {
+    const SightTriangle& triangle = halves_[half];
+    const std::array corners = {triangle.a, triangle.a + triangle.b, triangle.a + triangle.c};
+    if (regions_[half].kind == Region::Kind::Outline) rows.AddOutline(number, face, corners);
+    if (regions_[half].kind == Region::Kind::Band) rows.AddBand(number, face, regions_[half]);
+  }
+}
+
 namespace {
 
 std::array<SightTriangle, 2> Split(const Sight& origin, const std::array<double, 12>& corners) {
@@ -333,7 +340,7 @@ SightTriangle SightStrip::Half(std::size_t n) const {
 RayIndex::RayIndex(std::vector<SightStrip> strips, std::span<const Sight> sample, double rays)
     : strips_(std::move(strips)) {
   DivideFaces(sample, rays);
-  List(Stretches(OrderByDistance()));
+  List(OrderByDistance());
 }
 
 // Parts of equal weight, as far as whole slots allow.
@@ -350,22 +357,102 @@ void RayIndex::Divide(std::span<const double> weights, int parts, Division& divi
 
 void RayIndex::DivideFaces(std::span<const Sight> sample, double rays) {
   constexpr double kRaysPerSquare = 2;
-  constexpr double kEvenShare = 0.25;  // of the weight, spread over the whole face
-  std::array<std::array<std::vector<double>, 2>, kFaces> weights;
-  for (auto& face : weights) face.fill(std::vector<double>(kSlots, kEvenShare / kSlots));
-  std::array<double, kFaces> seen{};
+  constexpr double kEvenShare = 0.25;  // added to the weight of a face's rays, spread over the whole face
+  struct Weights {
+    std::vector<double> columns = std::vector<double>(kSlots);
+    std::vector<double> rows = std::vector<double>(kSlots);
+    double total = 0;
+  };
+  std::array<Weights, kFaces> weights;
   for (const Sight& ray : sample) {
     const Passage passage = PassageOf(ray);
     if (!(passage.column >= 0 && passage.row >= 0)) continue;  // no number
-    ++weights[passage.face][0][static_cast<std::size_t>(std::min(passage.column, kSlots - 0.5))];
-    ++weights[passage.face][1][static_cast<std::size_t>(std::min(passage.row, kSlots - 0.5))];
-    ++seen[passage.face];
+    Weights& of = weights[passage.face];
+    ++of.columns[static_cast<std::size_t>(std::min(passage.column, kSlots - 0.5))];
+    ++of.rows[static_cast<std::size_t>(std::min(passage.row, kSlots - 0.5))];
+    ++of.total;
   }
+  std::uint32_t squares = 0;
+  for (std::size_t f = 0; f < kFaces; ++f) {
+    Weights& of = weights[f];
+    const double share = of.total == 0 ? 0 : of.total / static_cast<double>(sample.size());
+    const int parts = std::clamp(static_cast<int>(std::sqrt(rays * share / kRaysPerSquare)), 1, kSlots / 2);
+    const double even = kEvenShare * std::max(of.total, 1.0) / kSlots;
+    for (double& weight : of.columns) weight += even;
+    for (double& weight : of.rows) weight += even;
+    Divide(of.columns, parts, faces_[f].columns);
+    Divide(of.rows, parts, faces_[f].rows);
+    faces_[f].firstSquare = squares;
+    squares += static_cast<std::uint32_t>(faces_[f].columns.parts() * faces_[f].rows.parts());
+  }
+  start_.assign(squares + 1, 0);
 }
 
+// Looks at each strip; the result stands in the order of sieves_.
 std::vector<RayIndex::Outlook> RayIndex::OrderByDistance() {
+  std::vector<std::pair<float, std::uint32_t>> order(strips_.size());
+  std::vector<Sieve> sieves(strips_.size());
+  std::vector<std::optional<Outlook>> seen(strips_.size());
+  tbb::parallel_for(tbb::blocked_range<std::size_t>(0, strips_.size(), kBlock), [&](const auto& range) {
+    for (std::size_t s = range.begin(); s < range.end(); ++s) {
+      seen[s].emplace(strips_[s]);
+      sieves[s] = seen[s]->MakeSieve();
+      sieves[s].primitive = strips_[s].primitive;
+      sieves[s].column = strips_[s].column;
+      sieves[s].strip = static_cast<std::uint32_t>(s);
+      order[s] = {sieves[s].nearest, sieves[s].strip};
+    }
+  });
+  std::sort(order.begin(), order.end());
   std::vector<Outlook> outlooks;
+  outlooks.reserve(order.size());
+  sieves_.reserve(order.size());
+  for (const auto& [nearest, s] : order) {
+    outlooks.push_back(*seen[s]);
+    sieves_.push_back(sieves[s]);
+  }
   return outlooks;
+}
+
+// The squares of every strip, in blocks of strips.
+std::vector<std::vector<RayIndex::Stretch>> RayIndex::Stretches(const std::vector<Outlook>& outlooks) const {
+  std::vector<std::vector<Stretch>> blocks((outlooks.size() + kBlock - 1) / kBlock);
+  tbb::parallel_for(std::size_t{0}, blocks.size(), [&](std::size_t block) {
+    FaceRows rows;
+    const std::size_t end = std::min((block + 1) * kBlock, outlooks.size());
+    for (std::size_t s = block * kBlock; s < end; ++s) {
+      if (outlooks[s].Has(Region::Kind::Everywhere)) continue;
+      for (std::size_t f = 0; f < kFaces; ++f) {
+        const Face& face = faces_[f];
+        outlooks[s].AddTo(rows, f, face);
+        rows.Take(face, [&](int row, std::uint32_t first, std::uint32_t last) {
+          const std::uint32_t rowBegin = face.firstSquare + static_cast<std::uint32_t>(row * face.columns.parts());
+          blocks[block].push_back({rowBegin + first, last - first + 1, static_cast<std::uint32_t>(s)});
+        });
+      }
+    }
+  });
+  return blocks;
+}
+
+void RayIndex::List(const std::vector<Outlook>& outlooks) {
+  for (std::uint32_t s = 0; s < outlooks.size() && sieves_[s].nearest == 0; ++s) {
+    if (outlooks[s].Has(Region::Kind::Everywhere)) everywhere_.push_back(s);
+  }
+  const std::vector<std::vector<Stretch>> blocks = Stretches(outlooks);
+  const auto forEachSquare = [&blocks](auto&& visit) {
+    for (const auto& block : blocks) {
+      for (const Stretch& stretch : block) {
+        for (std::uint32_t n = 0; n < stretch.count; ++n) visit(stretch.square + n, stretch.sieve);
+      }
+    }
+  };
+  // start_[n + 1] counts the strips of square n, then marks their begin, and in the end that of the next square.
+  forEachSquare([this](std::uint32_t square, std::uint32_t) { ++start_[square + 1]; });
+  std::uint32_t sum = 0;
+  for (std::uint32_t& start : start_) start = std::exchange(sum, sum + start);
+  listed_.resize(sum);
+  forEachSquare([this](std::uint32_t square, std::uint32_t sieve) { listed_[start_[square + 1]++] = sieve; });
 }
 
 }  // namespace orv

@@ -192,7 +192,7 @@ class RayIndex {
   void DivideFaces(std::span<const Sight> sample, double rays);
   std::vector<Outlook> OrderByDistance();
   std::vector<std::vector<Stretch>> Stretches(const std::vector<Outlook>& outlooks) const;
-  void List(const std::vector<std::vector<Stretch>>& blocks);
+  void List(const std::vector<Outlook>& outlooks);
 
   std::vector<SightStrip> strips_;
   std::vector<Sieve> sieves_;              // one for each strip, the nearest first

@@ -202,9 +202,7 @@ void RayTracing::AddObstacle(int primitive, int place, int strips) {
       for (std::size_t n = 0; n < corners.size(); ++n) corners[n] = cells_.BorderCorners(primitive, s, n + 1);
       SightStrip strip(origin_, corners);
       strip.primitive = primitive;
-      strip.number = s;
-      strip.alone = strips == 1;
-      strip.tag = static_cast<std::uint32_t>(roles_.size());
+      strip.column = strips == 1 ? 0 : s;
       strips_.push_back(strip);
       const double code = s % 10 == 0 ? s + 0.111 : s;
       roles_.push_back({place, s, strips, steps, primitive + code / 1000});
@@ -224,7 +222,7 @@ std::vector<Chunk> RayTracing::Chunks() const {
 }
 
 RaySample RayTracing::Sample() const {
-  constexpr std::size_t kStride = 13;
+  constexpr std::size_t kStride = 23;
   RaySample sample;
   for (const TestedCells& cells : tested_) {
     const std::size_t total = cells.cellsI * cells.cellsJ;
@@ -251,9 +249,6 @@ void RayTracing::FindHits(const Chunk& chunk, const RayIndex& index, ChunkResult
     const std::size_t count = std::min(cells.cellsJ - j, chunk.count - done);
     const std::size_t begin = (i + 1) * cells.rowLength + j + 1;
     const int column = static_cast<int>(i) + 1;
-    const auto isItself = [&](const SightStrip& strip) {
-      return strip.primitive == cells.primitive && (strip.alone || strip.number == column);
-    };
     for (std::size_t cell = begin; cell < begin + count; ++cell) {
       cells.shadowDistance[cell] = cells.distance[cell];
       const bool beyond = cells.angle[cell] > limit;
@@ -263,7 +258,8 @@ void RayTracing::FindHits(const Chunk& chunk, const RayIndex& index, ChunkResult
       ++result.rays;
       const Sight ray = Sight{cells.centre[0][cell], cells.centre[1][cell], cells.centre[2][cell]} - origin_;
       const std::size_t before = result.hits.size();
-      index.FindHits(ray, isItself, [&](const SightStrip& strip, double t) { result.hits.push_back({cell, strip.tag, t}); });
+      index.FindHits(ray, cells.primitive, column,
+                     [&](std::uint32_t strip, double t) { result.hits.push_back({cell, strip, t}); });
       if (result.hits.size() == before) continue;
       const double length = vNorm(Vector3(ray.x, ray.y, ray.z));
       for (std::size_t h = before; h < result.hits.size(); ++h) result.hits[h].distance *= length;
@@ -326,11 +322,8 @@ void RayTracing::Compute(RayTracingState& state) {
 }
 
 int Hit(const SightStrip& strip, const Vector3& ray, double& t) {
-  const PairSight both = Both(ToSight(ray));
-  const StripProducts products = ProductsOf(strip, both);
-  const StripHit hit = HitsStrip(strip, both, products);
-  const int tested = (hit.halves & 1U) != 0 ? 0 : 1;
-  t = products.det[tested] == 0 ? 1 : hit.t[tested];
+  const StripHit hit = HitsStrip(strip, ToSight(ray));
+  t = hit.Parameter();
   return hit.halves != 0 ? 1 : 0;
 }
 

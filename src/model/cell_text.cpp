@@ -123,6 +123,14 @@ double CellText::ReadNumber(std::string_view text) {
   return value;
 }
 
+double CellText::ReadNumberAt(std::string_view text, const std::string& place) {
+  const double value = ReadNumber(text);
+  if (value == 0 && !Trim(text).empty() && text.find_first_of("0123456789") == std::string_view::npos) {
+    prompt_("_" + place + ": \"" + std::string(text) + "\" is no number and reads as 0");
+  }
+  return value;
+}
+
 double CellText::ReadWithCommas(const std::string& kept, const std::string& unquoted) {
   const std::size_t comma = unquoted.find(',');
   const bool hasDot = Contains(unquoted, ".");

@@ -43,6 +43,9 @@ class CellText {
   // thousands separator by its place.
   double ReadNumber(std::string_view text);
 
+  // The same for a cell that should hold a number: one that holds words instead is logged with its place.
+  double ReadNumberAt(std::string_view text, const std::string& place);
+
   // Makes the blank the only separator between numbers.
   void CleanNumberLine(std::string& text);
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "numerics/number_format.h"
+#include "model/sheet_grid.h"
 #include "numerics/text.h"
 
 namespace orv {
@@ -36,19 +36,16 @@ bool ModelData::DatabaseHasTables() const {
   return false;
 }
 
-std::string CellName(int row, int column) {
-  std::string letters;
-  for (int c = column; c > 0; c = (c - 1) / 26) letters.insert(letters.begin(), static_cast<char>('A' + (c - 1) % 26));
-  return letters + FormatNumber(row, "#0");
-}
-
 std::string RangeName(int row1, int column1, int row2, int column2, ErrorPrompt& prompt) {
   if (std::max(column1, column2) > kLastColumn) {
     prompt.dialogs().Tell("ERROR: last column shall be less than 255 ie iv", "Retry   or    Voir Hallam",
                           Icon::Critical);
     prompt.AbortQuestion();
   }
-  return CellName(row1, column1) + ":" + CellName(row2, column2);
+  const auto name = [](int row, int column) {
+    return CellName({std::clamp(row, 1, kSheetRows), std::clamp(column, 1, kSheetColumns)});
+  };
+  return name(row1, column1) + ":" + name(row2, column2);
 }
 
 bool CommExcel::Try(const std::function<void()>& statement) {
@@ -333,6 +330,8 @@ void CommExcel::ReadDatabase(ModelData& model) {
   database.DatabaseCells.Size({Bounds{0, rows}, Bounds{0, kDatabaseColumns}});
   database.DatabaseLines.assign(static_cast<std::size_t>(rows) + 1, "");
   const int column = model.databaseCell.column;
+  database.firstRow = model.Table1Row;
+  database.firstColumn = column;
   std::string text;
   if (rows > 0) {
     const std::string range =

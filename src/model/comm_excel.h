@@ -49,10 +49,7 @@ struct ModelNotFound {
   std::string message;
 };
 
-// The name of a cell in A1 notation.
-std::string CellName(int row, int column);
-
-// The name of a range in A1 notation. A column above 256 brings a message and the abort question; the name is built all
+// The name of a range in A1 notation, cut at the end of the sheet. A column above 256 brings a message and the abort question; the name is built all
 // the same.
 std::string RangeName(int row1, int column1, int row2, int column2, ErrorPrompt& prompt);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "model/cell_table.h"
+#include "model/sheet_grid.h"
 #include "numerics/text.h"
 
 namespace orv {
@@ -62,6 +63,10 @@ TableLocation Locate(const Database& database, int number, const std::string& na
 }
 
 }  // namespace
+
+std::string Database::PlaceOf(int row, int column) const {
+  return "Database cell " + ColumnLetters(firstColumn + column - 1) + std::to_string(firstRow + row - 1);
+}
 
 TableLocation LocateTable(const Database& database, int number, const std::string& name, ErrorPrompt& prompt) {
   try {
@@ -187,7 +192,8 @@ class MaterialReader {
   }
 
   void Store(int index, int slot, int row, int column) {
-    materials_.MaterialTable(index, slot) = reader_.ReadNumber(CellOf(database_, row, column));
+    materials_.MaterialTable(index, slot) =
+        reader_.ReadNumberAt(CellOf(database_, row, column), database_.PlaceOf(row, column));
   }
 
   void ReadYieldRow(int index, int row, int offset) {

@@ -119,10 +119,13 @@ WorkbookContents ReadWorkbook(std::string bytes, const std::string& fileName, co
   return builder.Finish();
 }
 
-FileWorkbook::FileWorkbook(const std::filesystem::path& path, const Locale& locale)
-    : path_(std::filesystem::absolute(path).lexically_normal()), locale_(locale) {
-  if (!path_.has_filename()) path_ = path_.parent_path();
-  fileName_ = PathText(path_.filename());
+FileWorkbook::FileWorkbook(const std::filesystem::path& path, const Locale& locale) : path_(path), locale_(locale) {
+  if (!path_.has_filename() && path_.has_parent_path()) path_ = path_.parent_path();  // "folder/"
+  fileName_ = PathText(path_.has_filename() ? path_.filename() : path_);
+  std::error_code error;
+  const std::filesystem::path folder = path_.has_parent_path() ? path_.parent_path() : ".";
+  const std::filesystem::path absolute = std::filesystem::canonical(folder, error);
+  if (!error) path_ = absolute / path_.filename();
   Load();
 }
 

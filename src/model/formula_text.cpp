@@ -236,7 +236,7 @@ std::string TakeName(std::string_view& text, std::string_view ends) {
     return ReplaceAll(quoted.substr(0, quoted.ends_with('\'') ? quoted.size() - 1 : quoted.size()), "''", "'");
   }
   const std::size_t end = std::min(text.find_first_of(ends), text.size());
-  const std::string name(text.substr(0, end));
+  std::string name(text.substr(0, end));
   text.remove_prefix(end);
   return name;
 }
@@ -306,12 +306,10 @@ std::string FormulaFromOds(std::string_view stored) {
       out += WithoutStorePrefix(piece.text);
     } else if (piece.kind != PieceKind::Sign) {
       out += piece.text;
-    } else if (piece.text == ";") {
+    } else if (piece.text == ";" || piece.text == "~") {
       out += ",";
     } else if (piece.text == "|" && inlineArray > 0) {
       out += ";";
-    } else if (piece.text == "~") {
-      out += ",";
     } else if (piece.text == "!") {
       out += " ";
     } else {

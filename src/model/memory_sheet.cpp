@@ -96,7 +96,7 @@ void MemorySheet::Find(const std::string& part) {
 
 std::string MemorySheet::RangeText(const std::string& a1Range) {
   copies.push_back(a1Range);
-  const std::string text = Operate().grid.RangeText(a1Range);
+  std::string text = Operate().grid.RangeText(a1Range);
   if (emptyCopies == 0) return text;
   --emptyCopies;
   return {};

@@ -202,11 +202,7 @@ class TableReader {
       cell.value = ErrorName(CellParagraphs(node, builder_));
     } else if (type == "boolean" && !stored.empty()) {
       cell.value = stored == "true" ? "TRUE" : "FALSE";
-    } else if ((type == "float" || type == "percentage" || type == "currency") && ReadPlainNumber(stored, number)) {
-      cell.value = builder_.NumberText(number);
-    } else if (type == "date" && ReadIsoDate(stored, number)) {
-      cell.value = builder_.NumberText(number - nullDate_);
-    } else if (type == "time" && ReadIsoDuration(stored, number)) {
+    } else if (ReadNumber(type, stored, number)) {
       cell.value = builder_.NumberText(number);
     } else if (stringValue) {
       cell.value = CutForCell(CleanUtf8(stringValue.value()));
@@ -216,6 +212,15 @@ class TableReader {
     // An empty text as result is stored as an empty paragraph.
     cell.hasResult = !type.empty() || !cell.value.empty() || node.child("text:p");
     return cell;
+  }
+
+  // The number behind a stored value, dates as their day.
+  bool ReadNumber(std::string_view type, std::string_view stored, double& number) const {
+    if (type == "float" || type == "percentage" || type == "currency") return ReadPlainNumber(stored, number);
+    if (type == "time") return ReadIsoDuration(stored, number);
+    if (type != "date" || !ReadIsoDate(stored, number)) return false;
+    number -= nullDate_;
+    return true;
   }
 
   WorkbookBuilder& builder_;
@@ -241,23 +246,18 @@ void ReadSettings(ZipArchive& archive, WorkbookBuilder& builder) {
                                       "config:config-item-map-indexed", "Views");
   const pugi::xml_node view = views.child("config:config-item-map-entry");
   const std::string active = CleanUtf8(Config(view, "config:config-item", "ActiveTable").child_value());
-  std::map<std::string, pugi::xml_node> entries;
+  std::map<std::string, CellPosition> cells;
   for (const pugi::xml_node entry : Config(view, "config:config-item-map-named", "Tables").children()) {
-    entries.emplace(CleanUtf8(entry.attribute("config:name").value()), entry);
+    const int row = Config(entry, "config:config-item", "CursorPositionY").text().as_int(0);
+    const int column = Config(entry, "config:config-item", "CursorPositionX").text().as_int(0);
+    if (row < 0 || row >= kSheetRows || column < 0 || column >= kSheetColumns) continue;
+    cells.emplace(CleanUtf8(entry.attribute("config:name").value()), CellPosition{row + 1, column + 1});
   }
   std::vector<WorkbookSheet>& sheets = builder.contents().sheets;
   for (std::size_t k = 0; k < sheets.size(); ++k) {
     if (sheets[k].name == active) builder.contents().activeSheet = k;
-    const auto entry = entries.find(sheets[k].name);
-    if (entry == entries.end()) continue;
-    const auto coordinate = [&](std::string_view name) {
-      return Config(entry->second, "config:config-item", name).text().as_int(0);
-    };
-    const int row = coordinate("CursorPositionY");
-    const int column = coordinate("CursorPositionX");
-    if (row >= 0 && row < kSheetRows && column >= 0 && column < kSheetColumns) {
-      sheets[k].activeCell = {row + 1, column + 1};
-    }
+    const auto cell = cells.find(sheets[k].name);
+    if (cell != cells.end()) sheets[k].activeCell = cell->second;
   }
 }
 

@@ -20,6 +20,9 @@ void WorkbookBuilder::Fail(const std::string& complaint) const {
 
 void WorkbookBuilder::BeginSheet(const std::string& name) {
   FinishSheet();
+  if (contents_.sheets.size() == limits_.sheets) {
+    Fail("is too large: it has more than " + std::to_string(limits_.sheets) + " sheets.");
+  }
   contents_.sheets.push_back({});
   sheet().name = name;
 }
@@ -95,12 +98,6 @@ WorkbookContents WorkbookBuilder::Finish() {
 
 namespace {
 
-std::string_view WithoutBlanksAround(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t\r\n");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
-}
-
 // Takes a number from the front of the text up to a character that is none of it.
 bool TakeNumber(std::string_view& text, double& value) {
   if (text.empty() || text.front() < '0' || text.front() > '9') return false;
@@ -124,8 +121,15 @@ bool TakeField(std::string_view& text, std::size_t digits, char separator, int& 
 
 }  // namespace
 
+std::string_view TrimWhiteSpace(std::string_view text) {
+  constexpr std::string_view kWhiteSpace = " \t\r\n";
+  const std::size_t first = text.find_first_not_of(kWhiteSpace);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
+}
+
 bool ReadPlainNumber(std::string_view text, double& value) {
-  text = WithoutBlanksAround(text);
+  text = TrimWhiteSpace(text);
   if (text.starts_with('+')) text.remove_prefix(1);
   double number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -135,7 +139,7 @@ bool ReadPlainNumber(std::string_view text, double& value) {
 }
 
 bool ReadIsoDate(std::string_view text, double& days) {
-  text = WithoutBlanksAround(text);
+  text = TrimWhiteSpace(text);
   if (text.ends_with('Z')) text.remove_suffix(1);
   const bool negative = text.starts_with('-');
   if (negative) text.remove_prefix(1);
@@ -163,7 +167,7 @@ bool ReadIsoDate(std::string_view text, double& days) {
 }
 
 bool ReadIsoDuration(std::string_view text, double& days) {
-  text = WithoutBlanksAround(text);
+  text = TrimWhiteSpace(text);
   const bool negative = text.starts_with('-');
   if (negative) text.remove_prefix(1);
   if (!text.starts_with('P')) return false;

@@ -41,6 +41,7 @@ inline constexpr std::size_t kMaxWarningsOfAKind = 10;     // of one sheet
 struct WorkbookLimits {
   std::size_t filledCells = 5'000'000;
   std::size_t textBytes = std::size_t{256} << 20U;  // of all formula texts and values together
+  std::size_t sheets = 10'000;
 };
 
 // Collects the cells that a reader finds, sheet by sheet, and watches the bounds. A violation throws WorkbookError.
@@ -84,6 +85,9 @@ class WorkbookBuilder {
   std::size_t missingResults_ = 0;
   std::size_t cutTexts_ = 0;
 };
+
+// A text without the white space of XML around it.
+std::string_view TrimWhiteSpace(std::string_view text);
 
 // The number that a text spells in full (blanks around it aside), with "." as separator; false when it is none or too
 // large.

@@ -16,7 +16,8 @@ namespace orv {
 namespace {
 
 constexpr const char* kRootRelations = "_rels/.rels";
-constexpr double k1904Days = 1462;  // from the ordinary day 0 to that of a workbook counting from 1904
+constexpr long long kFarRow = 1LL << 40U;  // outside of any sheet, and far from overflow
+constexpr double k1904Days = 1462;         // from the ordinary day 0 to that of a workbook counting from 1904
 
 // An attribute without regard to its prefix; relationship ids come under several.
 std::string_view Attribute(pugi::xml_node node, std::string_view localName) {
@@ -86,7 +87,7 @@ std::string WorkbookPart(ZipArchive& archive, const std::string& fileName) {
   return "xl/workbook.xml";
 }
 
-// The character data directly inside an element. White space around it counts only where the file says so.
+// The character data directly inside an element.
 std::string PlainText(pugi::xml_node node) {
   std::string text = node.value();
   for (const pugi::xml_node child : node.children()) {
@@ -95,35 +96,27 @@ std::string PlainText(pugi::xml_node node) {
   return text;
 }
 
-bool PreservesSpace(pugi::xml_node node) {
-  for (; node; node = node.parent()) {
-    const pugi::xml_attribute space = node.attribute("xml:space");
-    if (space) return std::string_view(space.value()) == "preserve";
-  }
-  return false;
+// Whether white space around the texts in an element counts.
+bool KeepsSpace(pugi::xml_node node, bool inherited) {
+  const pugi::xml_attribute space = node.attribute("xml:space");
+  return space ? std::string_view(space.value()) == "preserve" : inherited;
 }
 
-std::string TextElement(pugi::xml_node t) {
-  std::string text = PlainText(t);
-  constexpr std::string_view kBlanks = " \t\r\n";
-  if (text.empty()) return text;
-  const bool bare =
-      kBlanks.find(text.front()) == std::string_view::npos && kBlanks.find(text.back()) == std::string_view::npos;
-  if (!bare && !PreservesSpace(t)) {
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    text = first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-  }
-  return DecodeEscapes(text);
+std::string TextElement(pugi::xml_node t, bool keepSpace) {
+  const std::string text = PlainText(t);
+  return DecodeEscapes(KeepsSpace(t, keepSpace) ? text : TrimWhiteSpace(text));
 }
 
 // A string item: one text or runs of text. The phonetic guide beside it (rPh) is no part of the cell's text.
-std::string StringItem(pugi::xml_node item) {
+std::string StringItem(pugi::xml_node item, bool keepSpace) {
+  keepSpace = KeepsSpace(item, keepSpace);
   std::string text;
   for (const pugi::xml_node child : item.children()) {
     const std::string_view name = LocalName(child.name());
-    if (name == "t") text += TextElement(child);
+    if (name == "t") text += TextElement(child, keepSpace);
     if (name == "r") {
-      for (pugi::xml_node t = Child(child, "t"); t; t = NextLike(t)) text += TextElement(t);
+      const bool keepInRun = KeepsSpace(child, keepSpace);
+      for (pugi::xml_node t = Child(child, "t"); t; t = NextLike(t)) text += TextElement(t, keepInRun);
     }
   }
   return CutForCell(CleanUtf8(text));
@@ -147,7 +140,7 @@ class SheetReader {
     for (pugi::xml_node node = Child(Child(worksheet, "sheetData"), "row"); node; node = NextLike(node)) {
       ++row;
       const pugi::xml_attribute number = node.attribute("r");
-      if (number) row = number.as_llong();
+      if (number) row = std::clamp(number.as_llong(), 0LL, kFarRow);
       ReadRow(node, row);
     }
     for (const Pending& pending : pending_) {
@@ -209,7 +202,7 @@ class SheetReader {
       if (name == "v") value = child;
       if (name == "is") inlineText = child;
     }
-    std::string text = inlineText ? StringItem(inlineText) : ValueText(c, type, PlainText(value));
+    std::string text = inlineText ? StringItem(inlineText, false) : ValueText(c, type, PlainText(value));
     if (!formula && text.empty()) return;
     const CellPosition cell = builder_.At(row, column);
     const bool hasResult = type == "str" || inlineText || !text.empty();
@@ -228,7 +221,9 @@ class SheetReader {
   }
 
   // What the element v of a cell says, by the type of the cell.
-  std::string ValueText(pugi::xml_node c, std::string_view type, const std::string& v) {
+  std::string ValueText(pugi::xml_node c, std::string_view type, const std::string& content) {
+    if (type == "str") return CutForCell(CleanUtf8(DecodeEscapes(content)));
+    const std::string_view v = TrimWhiteSpace(content);
     if (v.empty()) return {};
     if (type == "s") {
       const std::optional<std::size_t> index = ReadIndex(v);
@@ -237,7 +232,6 @@ class SheetReader {
                     LeftCharacters(CleanUtf8(v), 40) + ", but the file has " + std::to_string(book_.strings.size()) +
                     " texts.");
     }
-    if (type == "str") return CutForCell(CleanUtf8(DecodeEscapes(v)));
     if (type == "b") return IsTrue(v) ? "TRUE" : "FALSE";
     if (type == "e") return CleanUtf8(v);
     double number = 0;
@@ -266,7 +260,10 @@ class SheetReader {
 std::vector<std::string> ReadSharedStrings(ZipArchive& archive, const std::string& fileName, const std::string& part) {
   const XmlPart xml(archive.Read(part), fileName, part);
   std::vector<std::string> strings;
-  for (pugi::xml_node item = Child(xml.root(), "si"); item; item = NextLike(item)) strings.push_back(StringItem(item));
+  const bool keepSpace = KeepsSpace(xml.root(), false);
+  for (pugi::xml_node item = Child(xml.root(), "si"); item; item = NextLike(item)) {
+    strings.push_back(StringItem(item, keepSpace));
+  }
   return strings;
 }
 

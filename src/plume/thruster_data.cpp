@@ -40,7 +40,9 @@ class ThrusterReader {
 
  private:
   std::string Cell(int row, int column) const { return Trim(database_.DatabaseCells(row, column)); }
-  double NumberIn(int row, int column) { return reader_.ReadNumber(Cell(row, column)); }
+  double NumberIn(int row, int column) {
+    return row > 0 ? reader_.ReadNumberAt(Cell(row, column), database_.PlaceOf(row, column)) : 0;
+  }
 
   void AddRows(const TableLocation& table, bool withHead) {
     if (table.titleNext == 0) return;

@@ -152,18 +152,10 @@ TEST_P(SpreadsheetContract, GivesTheActiveSheetWithItsActiveCell) {
 }
 
 TEST_P(SpreadsheetContract, GivesTextsAsTheyWereTyped) {
-  const std::vector<std::string> texts = {"Orvdata",
-                                          "Table      1",
-                                          " blanks  around ",
-                                          "é Ω 中 😀",
-                                          "hard\xC2\xA0"
-                                          "blank",
-                                          "<a & \"b\">",
-                                          "tab\tinside",
-                                          "two\nlines",
-                                          "007",
-                                          "1,5",
-                                          "'quoted'"};
+  const std::vector<std::string> texts = {"Orvdata",     "Table      1",    " blanks  around ",
+                                          "é Ω 中 😀",    "hard\u00A0blank", "<a & \"b\">",
+                                          "tab\tinside", "two\nlines",      "007",
+                                          "1,5",         "'quoted'"};
   std::vector<TestCell> cells;
   for (std::size_t k = 0; k < texts.size(); ++k) cells.push_back(Constant(static_cast<int>(k) + 1, 2, texts[k]));
   Spreadsheet& sheet = Open(cells);

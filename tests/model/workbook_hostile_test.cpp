@@ -124,7 +124,7 @@ TEST(HostileWorkbook, OfNestedEntities) {
   std::string entities = "<!DOCTYPE bomb [<!ENTITY a0 \"ha\">";
   for (int k = 1; k < 40; ++k) {
     const std::string before = "&a" + std::to_string(k - 1) + ";";
-    entities += "<!ENTITY a" + std::to_string(k) + " \"" + before + before + "\">";
+    entities.append("<!ENTITY a").append(std::to_string(k)).append(" \"").append(before).append(before).append("\">");
   }
   entities += "<!ENTITY file SYSTEM \"file:///etc/passwd\">]>";
   const std::string sheet =
@@ -150,12 +150,12 @@ TEST(HostileWorkbook, OfTooManyElements) {
 }
 
 TEST(HostileWorkbook, WithOneLongTextInEveryCell) {
-  const std::string items = "<si><t>" + std::string(20'000'000, 'x') + "</t></si>";
+  const std::string items = "<si><t>" + Repeated("x", 20'000'000) + "</t></si>";
   ExpectRefused(PlainXlsx("<row>" + Repeated("<c t=\"s\"><v>0</v></c>", 16'000) + "</row>", items),
                 "the texts of its cells have more than 268435456 bytes");
   ExpectRefused(PlainOds("<table:table-row table:number-rows-repeated=\"1000000\"><table:table-cell "
                          "table:number-columns-repeated=\"16000\" office:value-type=\"string\" office:string-value=\"" +
-                         std::string(1'000'000, 'x') + "\"/></table:table-row>"),
+                         Repeated("x", 1'000'000) + "\"/></table:table-row>"),
                 "the texts of its cells have more than 268435456 bytes");
 }
 
@@ -176,6 +176,11 @@ TEST(HostileWorkbook, WithTooMuchForTheBoundsGiven) {
     }
     return "";
   };
+  limits.sheets = 2;
+  EXPECT_EQ(outcome(Zip(XlsxParts(SmallBook()))), "");
+  limits.sheets = 1;
+  EXPECT_EQ(outcome(Zip(XlsxParts(SmallBook()))), "'m' is too large: it has more than 1 sheets.");
+  EXPECT_EQ(outcome(Zip(OdsParts(SmallBook()))), "'m' is too large: it has more than 1 sheets.");
   limits.filledCells = 3;
   EXPECT_EQ(outcome("a\tb\nc"), "");
   EXPECT_EQ(outcome("a\tb\nc\td"), "'m' is too large: it fills more than 3 cells.");

@@ -61,6 +61,13 @@ TEST(XlsxFile, PlacesRowsAndCellsWithoutNamesBehindTheOthers) {
   EXPECT_EQ(grid.CellCount(), 5U);
 }
 
+TEST(XlsxFile, BearsPrettyPrintedParts) {
+  const SheetGrid grid =
+      Rows("\n <row>\n  <c t=\"s\">\n <v>\n 0 </v>\n</c>\n <c t=\"b\"><v> 1\n</v></c><c>\n<v>\n2.5\n</v>\n</c></row>\n",
+           "\n<si>\n  <t>text</t>\n</si>\n");
+  EXPECT_EQ(grid.RangeText("A1:C1"), "text\tTRUE\t2.5\r\n");
+}
+
 TEST(XlsxFile, ReadsCellsInAnyOrder) {
   const SheetGrid grid =
       Rows(R"(<row r="9"><c r="C9"><v>1</v></c><c r="A9"><v>2</v></c></row><row r="2"><c r="B2"><v>3</v></c></row>)"
@@ -268,9 +275,11 @@ TEST(XlsxFile, RefusesCellsOutsideOfASheet) {
     EXPECT_EQ(complaint, "'m.xlsx' is damaged: sheet 'Sheet1' has a cell named '" + std::string(name) +
                              "', which is no cell of a sheet.");
   }
-  EXPECT_EQ(
-      Complaint(XlsxWithRows(R"(<row r="9223372036854775807"><c><v>1</v></c></row>)")),
-      "'m.xlsx' is damaged: sheet 'Sheet1' has a cell in row 9223372036854775807, column 1, outside of any sheet.");
+  for (const char* row : {"0", "-5", "1048577", "9223372036854775807", "99999999999999999999"}) {
+    const std::string complaint = Complaint(
+        XlsxWithRows("<row r=\"" + std::string(row) + "\"/><row r=\"" + row + "\"><c><v>1</v></c></row><row/>"));
+    EXPECT_NE(complaint.find(", column 1, outside of any sheet."), std::string::npos) << complaint;
+  }
 }
 
 TEST(XlsxFile, RefusesATextNumberThatDoesNotExist) {

@@ -86,6 +86,13 @@ TEST(ZipArchive, RefusesAPackingMethodOfOtherArchives) {
             "'m.xlsx' is no ordinary workbook: its part 'a' is packed by a method that workbooks do not use.");
 }
 
+TEST(ZipArchive, SaysWhenAPartIsEncrypted) {
+  std::string bytes = Zip({{"a", "x"}});
+  bytes[bytes.find("PK\x03\x04") + 6] |= 1;
+  bytes[DirectoryOf(bytes) + 8] |= 1;
+  EXPECT_EQ(Complaint(bytes, "a"), "'m.xlsx' is encrypted; save it without a password first.");
+}
+
 TEST(ZipArchive, BelievesNoSizeField) {
   const std::string honest = Zip({{"a", std::string(3'000'000, ' ')}});
   for (const std::uint32_t size : {0U, 1U, 0x7FFFFFFFU, 0xFFFFFFFEU}) {

@@ -31,10 +31,10 @@ TEST(TerminalDialogs, AnswersByPolicyUnattended) {
     Answer ignore;
     Answer abort;
   };
-  for (const Row& row : {Row{"OK", Buttons::Ok, Answer::Ok, Answer::Ok},
-                         Row{"OK/Cancel", Buttons::OkCancel, Answer::Ok, Answer::Ok},
-                         Row{"Abort/Retry/Ignore", Buttons::AbortRetryIgnore, Answer::Ignore, Answer::Abort},
-                         Row{"Retry/Cancel", Buttons::RetryCancel, Answer::Cancel, Answer::Cancel}}) {
+  for (const Row& row :
+       {Row{"OK", Buttons::Ok, Answer::Ok, Answer::Ok}, Row{"OK/Cancel", Buttons::OkCancel, Answer::Ok, Answer::Ok},
+        Row{"Abort/Retry/Ignore", Buttons::AbortRetryIgnore, Answer::Ignore, Answer::Abort},
+        Row{"Retry/Cancel", Buttons::RetryCancel, Answer::Cancel, Answer::Cancel}}) {
     SCOPED_TRACE(row.name);
     Terminal ignoring(QuestionPolicy::Ignore, "retry\nretry\n");
     EXPECT_EQ(ignoring.dialogs.Ask("text", "title", row.buttons, Icon::Question), row.ignore);
@@ -161,7 +161,11 @@ TEST(TerminalDialogs, DrawsProgressOnATerminalOnly) {
 
 // A workbook's text must not command the terminal, whether by the short or the long form of an escape.
 TEST(TerminalDialogs, LetsNoControlCharacterThrough) {
-  const std::string hostile = "a\x1b]0;owned\x07" "b\x7f" "c\xC2\x9B" "31md\re\r\nf\x08";
+  const std::string hostile =
+      "a\x1b]0;owned\x07"
+      "b\x7f"
+      "c\xC2\x9B"
+      "31md\re\r\nf\x08";
   for (const QuestionPolicy policy : {QuestionPolicy::Ask, QuestionPolicy::Ignore}) {
     Terminal terminal(policy);
     terminal.dialogs.Ask(hostile, hostile, Buttons::Ok, Icon::None);

@@ -17,9 +17,8 @@ TEST(Text, TrimTakesBlanksOnly) {
     const char* text;
     const char* expected;
   };
-  for (const Row& row :
-       {Row{"", ""}, Row{"   ", ""}, Row{"a", "a"}, Row{"  a b  ", "a b"}, Row{"\ta ", "\ta"}, Row{" \r\n ", "\r\n"},
-        Row{"\xC2\xA0x\xC2\xA0", "\xC2\xA0x\xC2\xA0"}, Row{" \xFF ", "\xFF"}}) {
+  for (const Row& row : {Row{"", ""}, Row{"   ", ""}, Row{"a", "a"}, Row{"  a b  ", "a b"}, Row{"\ta ", "\ta"},
+                         Row{" \r\n ", "\r\n"}, Row{"\xC2\xA0x\xC2\xA0", "\xC2\xA0x\xC2\xA0"}, Row{" \xFF ", "\xFF"}}) {
     SCOPED_TRACE(std::string("[") + row.text + "]");
     EXPECT_EQ(Trim(row.text), row.expected);
   }
@@ -115,7 +114,7 @@ TEST(Text, TurnsEveryByteOfTheCodePageAndBack) {
 TEST(Text, KnowsTheCodePage) {
   EXPECT_EQ(Windows1252FromUtf8(U(u8"m² € Ÿ é°")), "m\xB2 \x80 \x9F \xE9\xB0");
   EXPECT_EQ(Windows1252FromUtf8(U(u8"\u00A0|日|Ω|\U0001F680")), "\xA0|?|?|?");
-  EXPECT_EQ(Utf8FromWindows1252("\x80\x99\xA0"), U(u8"€’\u00A0"));
+  EXPECT_EQ(Utf8FromWindows1252("\x80\x92\xA0"), U(u8"€’\u00A0"));
 }
 
 TEST(Text, TellsUtf8) {

@@ -1,0 +1,185 @@
+#pragma once
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "analysis/run_driver.h"
+#include "model/memory_sheet.h"
+#include "support/database_text.h"
+#include "support/scripted_dialogs.h"
+#include "support/workbook_writer.h"
+
+namespace orv::testing {
+
+inline const char* const kAbortText = "Do you want to abort? See Hallam if the error cannot be solved ";
+
+// A model sheet as text: directives, one row a primitive ("material\tspecification"), and the database.
+struct ModelText {
+  std::string title = "Test model";
+  std::string directives;
+  std::vector<std::string> primitives = {
+      "T5\tThruster thr size 0.05 0.1 cells 1 1",
+      "silver\tPlate_1 rect size 1 1 cells 4 4 R X 180 T 0 0 2",
+      "gold\tPlate_2 rect size 2 2 cells 4 4 R X 180 T 0 0 3",
+  };
+  std::vector<std::string> database = {
+      "Table      1 Thrusters",
+      "head",
+      "T5\t\t3.79\t230\t7.85\t7.34\t0.125\t60\t\t\t\t\t\t\t\t\t0",
+      "",
+      "Table      10 Gases of each thruster",
+      "head",
+      "T5\tXe+\t0.9",
+      "T5\tXe++\t0.1",
+      "",
+      "Table      6 Gases",
+      "head",
+      "Xe+\t\t1\t131.3",
+      "Xe++\t\t2\t131.3",
+      "",
+      "Table      7 Materials",
+      "head",
+      "silver\t10490\t107.87",
+      "gold\t19300\t196.97",
+      "",
+      "Table      8 Accommodation",
+      "head",
+      "Xe+\tsilver\t0.85\t0.9\t0.9\tY",
+      "",
+      "Table      9 Yields",
+      "head",
+      "Xe+\tsilver\t100\t0.5\t0.8\t45\t1",
+  };
+
+  // The whole sheet, cells separated by tabs.
+  std::string Sheet() const {
+    std::string text = "\n\n\tOrvdata " + title + "\t" + directives + "\n";
+    for (const std::string& row : primitives) text += "\t" + row + "\n";
+    text += "\n\n\tDatabaseOrvValis\n\n";
+    for (const std::string& row : database) text += "\t" + row + "\n";
+    return text + "\n\n\n";
+  }
+};
+
+// Answers of the selection of plots, in order; the last one is repeated.
+class ScriptedSelection : public PlotSelection {
+ public:
+  PlotChoice Select(const std::string& caption, const RunContext& run) override {
+    captions.push_back(caption);
+    labelsSeen = run.ResultLabels;
+    const PlotChoice choice = choices.front();
+    if (choices.size() > 1) choices.erase(choices.begin());
+    return choice;
+  }
+  std::vector<PlotChoice> choices = {{13, "", {}}};
+  std::vector<std::string> captions;
+  std::vector<std::string> labelsSeen;
+};
+
+// Writes down which phase comes when, and what stands in the arrays by then.
+class RecordingPhases : public RunPhases {
+ public:
+  void ClearView(RunContext& run) override { Note("ClearView", run); }
+  void PotentialTable(RunContext& run) override { Note("PotentialTable", run); }
+  void RotPercentTable(RunContext& run) override { Note("RotPercentTable", run); }
+  void ShowRotationList(RunContext& run) override { Note("ShowRotationList", run); }
+  void aSpaceApplicationEffectHEATFLUX(RunContext& run) override { Note("HEATFLUX", run); }
+  void aSpaceApplicationEffectSPUTTERING(RunContext& run) override { Note("SPUTTERING", run); }
+  void PlasmaEffect(RunContext& run) override { Note("PlasmaEffect", run); }
+  void FillPointLists(RunContext& run) override { Note("FillPointLists", run); }
+  void WriteReports(RunContext& run) override { Note("WriteReports", run); }
+  void FinalPartOfReport(RunContext& run) override { Note("FinalPartOfReport", run); }
+
+  struct Moment {
+    std::string phase;
+    double IndexPlot = 0;
+    int RotatingPrimitive = 0;  // as geometry has it
+    double distance = 0, density = 0, shadow = 0;
+    std::string caseLine;
+    bool traceExists = false;
+  };
+  std::vector<std::string> Names() const {
+    std::vector<std::string> names;
+    for (const Moment& m : moments) names.push_back(m.phase);
+    return names;
+  }
+  bool Has(const std::string& phase) const { return Find(phase) != nullptr; }
+  const Moment* Find(const std::string& phase) const {
+    for (const Moment& m : moments) {
+      if (m.phase == phase) return &m;
+    }
+    return nullptr;
+  }
+
+  std::vector<Moment> moments;
+  int watched = 2;  // the primitive whose cell (1, 1) is noted
+  std::string failing;
+  FailureNumber failure = FailureNumber::Overflow;
+
+ private:
+  void Note(const std::string& phase, RunContext& run) {
+    Moment m;
+    m.phase = phase;
+    m.IndexPlot = run.plot.IndexPlot;
+    m.RotatingPrimitive = run.geometry.rotation.RotatingPrimitive;
+    const CellBlock& data = run.cells.CellData;
+    if (data.primitives() >= watched) {
+      m.distance = data(watched, 1, 1, 8);
+      m.density = data(watched, 1, 1, 13);
+      m.shadow = data(watched, 1, 1, 20);
+    }
+    m.caseLine = run.record.CaseLine;
+    m.traceExists = std::ifstream(run.OutputFolder + "OrvTraceResults.txt").good();
+    moments.push_back(m);
+    if (phase == failing) Raise(failure);
+  }
+};
+
+class RunFixture : public ::testing::Test {
+ protected:
+  // Reads the sheet as a session does.
+  void Load() {
+    MemorySheet sheet;
+    sheet.Attach();
+    sheet.SetText({1, 1}, text.Sheet());
+    sheet.Activate({3, 2});
+    CommExcel reading(sheet, reader, clock);
+    CommExcel::Session source;
+    reading.Read(run.model, source);
+  }
+  bool Run(double plot = 13, const std::string& options = "") {
+    selection.choices = {{plot, options, {}}};
+    return a_SpaceApplication(run, selection, phases);
+  }
+  bool LoadAndRun(double plot = 13, const std::string& options = "") {
+    Load();
+    return Run(plot, options);
+  }
+  bool Replot(double plot) {
+    run.plot.IndexPlotRequest = plot;
+    return a_SpaceApplication(run, selection, phases);
+  }
+  std::string TraceText() const {
+    std::ifstream in(run.OutputFolder + "OrvTraceResults.txt", std::ios::binary);
+    std::ostringstream text8;
+    text8 << in.rdbuf();
+    return text8.str();
+  }
+  double Data(int p, int i, int j, int q) const { return run.cells.CellData(p, i, j, q); }
+
+  TemporaryFolder folder;
+  ModelText text;
+  ScriptedDialogs dialogs;
+  ErrorPrompt prompt{dialogs};
+  CellText reader{prompt, Locale{}};
+  MemorySettings settings;
+  FixedClock clock{{2031, 4, 5, 6, 7, 8}};
+  RunContext run{prompt, reader, settings, clock, folder.path().string() + "/"};
+  ScriptedSelection selection;
+  RecordingPhases phases;
+};
+
+}  // namespace orv::testing

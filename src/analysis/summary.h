@@ -19,6 +19,19 @@ struct QuantitySummary {
 // the thruster counts with this one cell only. A primitive of type code 15 has its two sides told apart.
 QuantitySummary SummariseQuantity(RunContext& run, int primitive, int quantity);
 
+// Sum and integral together; a primitive without weight is left out of the tables.
+inline double PrimitiveWeight(const QuantitySummary& s) {
+  return s.Sum + s.Integral;
+}
+
+// The last primitive of a run that the arrays hold, the shells of a plasma volume included.
+int LastPrimitive(const RunContext& run);
+
+// Column 1 of the model for a primitive: the material, or the name of the thruster. The shells of a plasma volume have
+// that of the last row, from which they were made. Trimmed, with plain blanks.
+std::string MaterialColumn(const RunContext& run, int primitive);
+std::string PrimitiveName(const RunContext& run, int primitive);
+
 // Sum of the absolute areas of a primitive's cells, m2.
 double PrimitiveArea(const RunContext& run, int primitive);
 

@@ -4,7 +4,6 @@
 #include <tbb/parallel_for.h>
 
 #include <numeric>
-#include <optional>
 #include <utility>
 
 namespace orv {
@@ -131,6 +130,7 @@ Outline Clip(const Outline& outline, std::size_t plane) {
 // What the index needs to know of a strip while it is made.
 class RayIndex::Outlook {
  public:
+  Outlook() = default;
   explicit Outlook(const SightStrip& strip)
       : halves_{strip.Half(0), strip.Half(1)}, regions_{RegionOf(halves_[0]), RegionOf(halves_[1])} {}
 
@@ -146,7 +146,7 @@ class RayIndex::Outlook {
  private:
   std::array<SightTriangle, 2> halves_;
   std::array<Region, 2> regions_;
-  int planes_ = 0;  // of the sieve; with all four the strip is the cone of its corners in turn
+  bool convex_ = false;  // the strip is the cone of its corners in turn
 };
 
 Sieve RayIndex::Outlook::MakeSieve() {
@@ -155,6 +155,8 @@ Sieve RayIndex::Outlook::MakeSieve() {
   const std::array<Sight, 4> corners = Corners();
   const double nearest = Nearest(corners) * (1 - 1e-6);
   sieve.nearest = static_cast<float>(std::min(nearest * nearest, 1e38));
+  int planes = 0;
+  int turns = 0;  // how many of them have the strip on their left, less those on their right
   for (std::size_t n = 0; n < 4; ++n) {
     const Sight edge = Cross(corners[n], corners[(n + 1) % 4]);
     const double length = Length(edge);
@@ -168,11 +170,15 @@ Sieve RayIndex::Outlook::MakeSieve() {
     }
     if (!(length > 0) || (lowest < 0) == (highest > 0)) continue;
     const double scale = (lowest < 0 ? -1 : 1) / length;
-    const int lane = planes_++;
+    const int lane = planes++;
+    turns += lowest < 0 ? -1 : 1;
     sieve.x[lane] = static_cast<float>(scale * edge.x);
     sieve.y[lane] = static_cast<float>(scale * edge.y);
     sieve.z[lane] = static_cast<float>(scale * edge.z);
   }
+  double longest = 0;
+  for (const Sight& corner : corners) longest = std::max(longest, Length(corner));
+  convex_ = std::abs(turns) == 4 && nearest >= 1e-6 * longest;
   return sieve;
 }
 
@@ -296,7 +302,7 @@ void RayIndex::FaceRows::AddBand(std::size_t number, const Face& face, const Reg
 }
 
 void RayIndex::Outlook::AddTo(FaceRows& rows, std::size_t number, const Face& face) const {
-  if (planes_ == 4) {
+  if (convex_) {
     rows.AddOutline(number, face, Corners());
     return;
   }
@@ -388,15 +394,15 @@ void RayIndex::DivideFaces(std::span<const Sight> sample, double rays) {
   start_.assign(squares + 1, 0);
 }
 
-// Looks at each strip; the result stands in the order of sieves_.
+// Fills sieves_, and looks at each strip; the result stands in the order of strips_.
 std::vector<RayIndex::Outlook> RayIndex::OrderByDistance() {
+  std::vector<Outlook> outlooks(strips_.size());
   std::vector<std::pair<float, std::uint32_t>> order(strips_.size());
   std::vector<Sieve> sieves(strips_.size());
-  std::vector<std::optional<Outlook>> seen(strips_.size());
   tbb::parallel_for(tbb::blocked_range<std::size_t>(0, strips_.size(), kBlock), [&](const auto& range) {
     for (std::size_t s = range.begin(); s < range.end(); ++s) {
-      seen[s].emplace(strips_[s]);
-      sieves[s] = seen[s]->MakeSieve();
+      outlooks[s] = Outlook(strips_[s]);
+      sieves[s] = outlooks[s].MakeSieve();
       sieves[s].primitive = strips_[s].primitive;
       sieves[s].column = strips_[s].column;
       sieves[s].strip = static_cast<std::uint32_t>(s);
@@ -404,27 +410,23 @@ std::vector<RayIndex::Outlook> RayIndex::OrderByDistance() {
     }
   });
   std::sort(order.begin(), order.end());
-  std::vector<Outlook> outlooks;
-  outlooks.reserve(order.size());
   sieves_.reserve(order.size());
-  for (const auto& [nearest, s] : order) {
-    outlooks.push_back(*seen[s]);
-    sieves_.push_back(sieves[s]);
-  }
+  for (const auto& [nearest, s] : order) sieves_.push_back(sieves[s]);
   return outlooks;
 }
 
 // The squares of every strip, in blocks of strips.
 std::vector<std::vector<RayIndex::Stretch>> RayIndex::Stretches(const std::vector<Outlook>& outlooks) const {
-  std::vector<std::vector<Stretch>> blocks((outlooks.size() + kBlock - 1) / kBlock);
+  std::vector<std::vector<Stretch>> blocks((sieves_.size() + kBlock - 1) / kBlock);
   tbb::parallel_for(std::size_t{0}, blocks.size(), [&](std::size_t block) {
     FaceRows rows;
-    const std::size_t end = std::min((block + 1) * kBlock, outlooks.size());
+    const std::size_t end = std::min((block + 1) * kBlock, sieves_.size());
     for (std::size_t s = block * kBlock; s < end; ++s) {
-      if (outlooks[s].Has(Region::Kind::Everywhere)) continue;
+      const Outlook& outlook = outlooks[sieves_[s].strip];
+      if (outlook.Has(Region::Kind::Everywhere)) continue;
       for (std::size_t f = 0; f < kFaces; ++f) {
         const Face& face = faces_[f];
-        outlooks[s].AddTo(rows, f, face);
+        outlook.AddTo(rows, f, face);
         rows.Take(face, [&](int row, std::uint32_t first, std::uint32_t last) {
           const std::uint32_t rowBegin = face.firstSquare + static_cast<std::uint32_t>(row * face.columns.parts());
           blocks[block].push_back({rowBegin + first, last - first + 1, static_cast<std::uint32_t>(s)});
@@ -436,8 +438,8 @@ std::vector<std::vector<RayIndex::Stretch>> RayIndex::Stretches(const std::vecto
 }
 
 void RayIndex::List(const std::vector<Outlook>& outlooks) {
-  for (std::uint32_t s = 0; s < outlooks.size() && sieves_[s].nearest == 0; ++s) {
-    if (outlooks[s].Has(Region::Kind::Everywhere)) everywhere_.push_back(s);
+  for (std::uint32_t s = 0; s < sieves_.size() && sieves_[s].nearest == 0; ++s) {
+    if (outlooks[sieves_[s].strip].Has(Region::Kind::Everywhere)) everywhere_.push_back(s);
   }
   const std::vector<std::vector<Stretch>> blocks = Stretches(outlooks);
   const auto forEachSquare = [&blocks](auto&& visit) {

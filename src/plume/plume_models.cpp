@@ -75,7 +75,8 @@ class Plume {
           "", Icon::Critical);
       prompt_.AbortQuestion();
     }
-    if (density_.count() <= 1) {
+    const double slots = thruster_(slot::indexfinThrusterDensity).number() - thruster_(slot::indexfinThruster).number();
+    if (Int(slots / 2) <= 1) {
       prompt_.dialogs().Tell(
           "Spectrum limit: the thruster model shall use \"table-in-cell\" tables for density, energy, ratioXe+. Please "
           "modify the input with a thruster defined by tables. The program will abort",
@@ -196,15 +197,15 @@ class Plume {
 
   // Ion current of one charge state as a fit in mA/cm2 at one metre.
   void Model1(int p, int i, int j) {
-    double J1 = 0;
     if (theta_ < C(12)) {
-      block_([&] { J1 = C(9) + Divide(C(10), theta_ * theta_ + C(11)); });
+      block_([&] { J1_ = C(9) + Divide(C(10), theta_ * theta_ + C(11)); });
       InverseSquareEnergy();
     } else {
+      J1_ = 0;
       E_ = 0;
     }
-    block_([&] { N_ = Divide((J1 / 1000) * 10000, Ih_); });
-    block_([&] { J_ = Divide((J1 / 1000) * 10000, r_ * r_); });
+    block_([&] { N_ = Divide((J1_ / 1000) * 10000, Ih_); });
+    block_([&] { J_ = Divide((J1_ / 1000) * 10000, r_ * r_); });
     block_([&] { v_ = Root(Divide(2 * e_ * E_, mass_)); });
     block_([&] { n_ = Divide(Divide(Divide(N_ * Ih_, e_), r_ * r_), v_ + 1e-05); });
     block_([&] { data_(p, i, j, 33) = n_; });
@@ -281,7 +282,7 @@ class Plume {
   double limit12_ = 0;
   double Ih_ = 0, mass_ = 0, q1_ = 0, q2_ = 0, f1_ = 0, f2_ = 0;
   double E_ = 0, v_ = 0, v0_ = 0, v1_ = 0, v2_ = 0;
-  double n_ = 0, n1_ = 0, N_ = 0, J_ = 0, theta_ = 0, r_ = 0;
+  double n_ = 0, n1_ = 0, N_ = 0, J_ = 0, J1_ = 0, theta_ = 0, r_ = 0;
   XYTable density_, energy_, ratio_;
 };
 
@@ -293,9 +294,9 @@ void aSpaceApplicationThrusterPLUME(Cells& cells, const ThrusterVector& Thruster
   Plume plume(cells, ThrusterData, constants, prompt);
   result.PlumeLimitAngle = plume.LimitAngle();
   result.SpectrumAngle = -1;
+  if (input.SpectrumBand != -1) plume.CheckSpectrum();
   plume.ReadTables();
   if (input.SpectrumBand != -1) {
-    plume.CheckSpectrum();
     result.SpectrumAngle = plume.IsolateBand(input.SpectrumBand);
   }
   if (input.cell != nullptr) {

@@ -23,7 +23,7 @@ struct ModelText {
   std::vector<std::string> primitives = {
       "T5\tThruster thr size 0.05 0.1 cells 1 1",
       "silver\tPlate_1 rect size 1 1 cells 4 4 R X 180 T 0 0 2",
-      "gold\tPlate_2 rect size 2 2 cells 4 4 R X 180 T 0 0 3",
+      "gold\tPlate_2 rect size 2 2 cells 4 4 R X 180 T 0 0 2.9",
   };
   std::vector<std::string> database = {
       "Table      1 Thrusters",

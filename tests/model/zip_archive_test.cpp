@@ -44,8 +44,8 @@ TEST(ZipArchive, RefusesAMissingPart) {
 }
 
 TEST(ZipArchive, RefusesTooManyEntries) {
-  std::vector<ZipPart> parts;
-  for (int k = 0; k < 8; ++k) parts.push_back({std::to_string(k), "x"});
+  std::vector<ZipPart> parts(8, {"0", "x"});
+  for (std::size_t k = 0; k < parts.size(); ++k) parts[k].name = std::to_string(k);
   ZipLimits limits;
   limits.entries = 8;
   EXPECT_EQ(Complaint(Zip(parts), "0", limits), "");

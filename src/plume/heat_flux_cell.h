@@ -1,0 +1,56 @@
+#pragma once
+
+#include "numerics/vectors.h"
+#include "plume/effect_context.h"
+#include "plume/heat_flux.h"
+
+namespace orv {
+
+// Accommodation of a surface material: normal and tangential momentum, thermal.
+struct Accommodation {
+  double sn = 0;
+  double st = 0;
+  double at = 0;
+};
+
+// The pass over the cells of a primitive that turns the plume's flow into heat, force and moments.
+class HeatFluxPass {
+ public:
+  explicit HeatFluxPass(EffectContext& context);
+
+  // The accommodation of the one or two materials of a primitive. A missing material leaves the values of the primitive
+  // before.
+  void ReadMaterials(int p);
+
+  // Adds up quantities 22 to 81 of all cells of a primitive that the plume reaches.
+  void AllCells(int p);
+  // The same for one cell.
+  void SingleCell(int p, int i, int j);
+
+  // Puts the incident direction and the tangent at a cell into HeatFluxList.
+  void ShowFlow(int p, int i, int j);
+
+ private:
+  struct CellState;
+  bool TypeIsKnown(int p);
+  void OfCell(int p, int i, int j, double typeCode, int sideLimit);
+  bool AddSpecies(CellState& cell, int species, double typeCode, const Accommodation& surface);
+  void FinishWorstCases(CellState& cell);
+  void AddExtremeTerms(CellState& cell);
+  bool InPlume(double thetaDeg) const;
+  void AddSegment(const Vector3& from, const Vector3& to);
+
+  EffectContext& context_;
+  CellBlock& data_;
+  FailureBlock block_;
+  Accommodation first_, second_;
+  bool twoMaterials_ = false;
+  double model_ = 0, limit8_ = 0, limit12_ = 0;
+  double mass_ = 0, thermalSpeed_ = 0;
+  int species_ = 0;
+  double charge_[2] = {};
+  Vector3 tangent_;  // of the cell before where a cell has none
+  Vector3 incident_;
+};
+
+}  // namespace orv

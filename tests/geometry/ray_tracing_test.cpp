@@ -1,0 +1,647 @@
+#include "geometry/ray_tracing.h"
+
+#include <gtest/gtest.h>
+#include <tbb/global_control.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <numbers>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "geometry/cell_data.h"
+#include "geometry/ray_index.h"
+#include "reference/plain_ray_tracing.h"
+#include "support/scripted_dialogs.h"
+
+namespace orv {
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+using Corners = std::array<Sight, 4>;
+
+// A model put together by hand. Primitive 1 is the thruster with one cell, as long as no test says otherwise.
+class Model {
+ public:
+  Model(int primitives, int cellsI, int cellsJ, int strips) {
+    cells.CellData.Size(primitives, cellsI, cellsJ, 20);
+    cells.BorderCorners.Size(primitives, strips, 12);
+    input.NumberOfPrimitives = primitives;
+    input.numberPrimWithVolumic = primitives;
+    input.ThrusterPrimitive = 1;
+    SetCounts(1, 1, 1);
+  }
+
+  void SetCounts(int k, int n, int m) {
+    cells.CellData(k, 0, 0, 1) = n;
+    cells.CellData(k, 0, 0, 2) = m;
+  }
+  void SetThruster(const Sight& at) {
+    thruster = at;
+    SetCell(1, 1, 1, at);
+  }
+  void SetCell(int k, int i, int j, const Sight& at, double angle = 0) {
+    CellBlock& data = cells.CellData;
+    data(k, i, j, 1) = at.x;
+    data(k, i, j, 2) = at.y;
+    data(k, i, j, 3) = at.z;
+    data(k, i, j, 8) = Length(at - thruster);
+    data(k, i, j, 10) = angle;
+    data(k, i, j, 18) = data(k, i, j, 20) = -7;
+  }
+  void AddStrip(int k, const Corners& corners) {
+    const double s = ++cells.BorderCorners(k, 0, 0);
+    for (std::size_t n = 0; n < 4; ++n) {
+      cells.BorderCorners(k, s, 3 * n + 1) = corners[n].x;
+      cells.BorderCorners(k, s, 3 * n + 2) = corners[n].y;
+      cells.BorderCorners(k, s, 3 * n + 3) = corners[n].z;
+    }
+  }
+  // A square of the given half width perpendicular to z, with one cell in its middle.
+  void SetPlate(int k, const Sight& middle, double half, double angle = 0) {
+    SetCounts(k, 1, 1);
+    SetCell(k, 1, 1, middle, angle);
+    AddStrip(k, Square(middle, half));
+  }
+  static Corners Square(const Sight& middle, double half) {
+    return {middle + Sight{-half, -half, 0}, middle + Sight{half, -half, 0}, middle + Sight{half, half, 0},
+            middle + Sight{-half, half, 0}};
+  }
+
+  void Run() {
+    report = {};
+    report.ShadowStatusText = "before";
+    ErrorPrompt prompt(dialogs);
+    a_SpaceApplicationRayTrac(cells, input, state, report, prompt);
+  }
+  double Flag(int k, int i = 1, int j = 1) const { return cells.CellData(k, i, j, 20); }
+  double Distance(int k, int i = 1, int j = 1) const { return cells.CellData(k, i, j, 18); }
+
+  // Quantities 18 and 20 of everything, bit by bit.
+  std::vector<std::uint64_t> Results() const {
+    std::vector<std::uint64_t> bits;
+    for (int k = 0; k <= cells.CellData.primitives(); ++k) {
+      for (const int q : {18, 20}) {
+        for (const double value : cells.CellData.plane(q, k)) bits.push_back(std::bit_cast<std::uint64_t>(value));
+      }
+    }
+    return bits;
+  }
+  void Forget() {
+    for (const int q : {18, 20}) std::ranges::fill(cells.CellData.plane(q), -7.0);
+  }
+
+  Cells cells;
+  Sight thruster;
+  RayTracingInput input;
+  RayTracingState state;
+  RayTracingReport report;
+  testing::ScriptedDialogs dialogs;
+};
+
+TEST(RayTriangle, HitsInsideAndTellsTheParameter) {
+  double t = 0;
+  const Vector3 a(-1, -1, 2);
+  const Vector3 b(4, 0, 0);
+  const Vector3 c(0, 4, 0);
+  EXPECT_EQ(RayTriangleHit({0.5, 0.25, 4}, a, b, c, t), 1);
+  EXPECT_EQ(t, 0.5);
+  EXPECT_EQ(RayTriangleHit({8, 0.25, 4}, a, b, c, t), 0);
+  EXPECT_EQ(RayTriangleHit({0.5, 0.25, 1}, a, b, c, t), 0) << "ends before the triangle";
+  EXPECT_EQ(t, 2);
+  EXPECT_EQ(RayTriangleHit({0.5, 0.25, -4}, a, b, c, t), 0) << "leads away";
+  EXPECT_EQ(t, -0.5);
+  EXPECT_EQ(RayTriangleHit({0.5, 0.25, 2}, a, b, c, t), 0) << "ends on the triangle";
+  EXPECT_EQ(t, 1);
+}
+
+TEST(RayTriangle, ParallelRayHasParameterOne) {
+  double t = 0;
+  EXPECT_EQ(RayTriangleHit({3, 1, 0}, {-1, -1, 2}, {4, 0, 0}, {0, 4, 0}, t), 0);
+  EXPECT_EQ(t, 1);
+  EXPECT_EQ(RayTriangleHit({0, 0, 0}, {-1, -1, 2}, {4, 0, 0}, {0, 4, 0}, t), 0) << "a ray of no length";
+  EXPECT_EQ(t, 1);
+}
+
+// Through the side c the parameter is the hit point times the ray: 0.25 * 0.5 here for half of a ray of length 0.5.
+TEST(RayTriangle, ThroughTheSideTheParameterIsNotDivided) {
+  double t = 0;
+  const Vector3 a(0, -1, 0.25);
+  EXPECT_EQ(RayTriangleHit({0, 0, 0.5}, a, {4, 0, 0}, {0, 4, 0}, t), 1);
+  EXPECT_EQ(t, 0.125);
+  EXPECT_EQ(RayTriangleHit({0, 0, 0.125}, a, {4, 0, 0}, {0, 4, 0}, t), 1) << "the ray ends before the triangle";
+  EXPECT_EQ(t, 0.03125);
+  EXPECT_EQ(RayTriangleHit({0, 0, 8}, a, {4, 0, 0}, {0, 4, 0}, t), 0) << "the triangle is on the way";
+  EXPECT_EQ(t, 2);
+  EXPECT_EQ(RayTriangleHit({0, 0, -0.5}, a, {4, 0, 0}, {0, 4, 0}, t), 0);
+  EXPECT_EQ(t, -0.125);
+}
+
+TEST(RayTriangle, NumbersThatAreNoneDoNotHit) {
+  double t = 0;
+  EXPECT_EQ(RayTriangleHit({kNaN, 0, 1}, {-1, -1, 0.5}, {4, 0, 0}, {0, 4, 0}, t), 0);
+  EXPECT_EQ(RayTriangleHit({0, 0, 1}, {-1, -1, 0.5}, {kInfinity, 0, 0}, {0, 4, 0}, t), 0);
+  EXPECT_EQ(RayTriangleHit({0, 0, kInfinity}, {-1, -1, 0.5}, {4, 0, 0}, {0, 4, 0}, t), 0);
+}
+
+TEST(RayQuad, IsSplitAlongTheDiagonalFromCornerOne) {
+  double t = 0;
+  const Vector3 o(1, 1, 1);
+  const Vector3 p1(0, 0, 2);
+  const Vector3 p2(2, 0, 2);
+  const Vector3 p3(2, 2, 4);
+  const Vector3 p4(0, 2, 2);
+  // The diagonal rises to z = 4: right below it both halves meet at z = 3 over (1, 1).
+  EXPECT_EQ(RayQuadHit({-0.4, 0.5, 8}, o, p1, p2, p3, p4, t), 1) << "half with corner 4";
+  EXPECT_EQ(RayQuadHit({0.5, -0.4, 8}, o, p1, p2, p3, p4, t), 1) << "half with corner 2";
+  EXPECT_EQ(RayQuadHit({40, 0, 8}, o, p1, p2, p3, p4, t), 0);
+  EXPECT_NE(t, 1) << "the parameter of the second half";
+  double second = 0;
+  EXPECT_EQ(RayTriangleHit({40, 0, 8}, {1, -1, 1}, {0, 2, 2}, {-2, 0, 0}, second), 0);
+  EXPECT_EQ(t, second);
+}
+
+TEST(RayOrder, FlatPrimitivesFirstAndTheLatestMaximumLast) {
+  const auto order = [](std::vector<double> strips) {
+    strips.insert(strips.begin(), 0);
+    std::vector<int> list = PrimitiveOrder(strips);
+    list.erase(list.begin());
+    return list;
+  };
+  EXPECT_EQ(order({1, 1, 1}), (std::vector{1, 2, 3}));
+  EXPECT_EQ(order({1, 12, 1, 24, 20, 2, 24, 1}), (std::vector{1, 3, 5, 6, 8, 2, 4, 7}));
+  EXPECT_EQ(order({30, 12, 1}), (std::vector{2, 3, 1}));
+  EXPECT_EQ(order({2, 2, 3}), (std::vector{1, 2, 3}));
+  EXPECT_EQ(order({}), (std::vector<int>{}));
+  std::mt19937 random(5);
+  for (int n = 0; n < 200; ++n) {
+    Model model(12, 1, 1, 40);
+    std::vector<double> strips(13);
+    for (std::size_t p = 1; p <= 12; ++p) strips[p] = model.cells.BorderCorners(p, 0, 0) = random() % 8;
+    const std::vector<int> plain = reference::PlainOrder(reference::PlainStrips(model.cells, 12), 12);
+    const std::vector<int> list = PrimitiveOrder(strips);
+    for (std::size_t q = 1; q <= 12; ++q) ASSERT_EQ(list[q], plain[q]);
+  }
+}
+
+// Thruster at the origin, plate 2 at z = 1 in front of plate 3 at z = 2.
+Model TwoPlates() {
+  Model model(3, 5, 5, 5);
+  model.SetThruster({0, 0, 0});
+  model.SetPlate(2, {0.25, 0.125, 1}, 1);
+  model.SetPlate(3, {0.25, 0.125, 2}, 0.5);
+  return model;
+}
+
+TEST(RayTracing, CellBehindAPlate) {
+  Model model = TwoPlates();
+  model.SetPlate(1, {0, 0, 0}, 9);  // strips of the thruster stop nothing
+  model.cells.CellData(1, 1, 1, 20) = 0.875;
+  model.cells.CellData(1, 1, 1, 18) = 11;
+  model.Run();
+  EXPECT_EQ(model.report.ShadowStatusText, " Process: With shadow");
+  EXPECT_EQ(model.Flag(2), 0);
+  EXPECT_EQ(model.Distance(2), model.cells.CellData(2, 1, 1, 8));
+  EXPECT_EQ(model.Flag(3), 2 + 1.0 / 1000);
+  EXPECT_EQ(model.Distance(3), vNorm({0.25, 0.125, 2}) * 0.5);
+  EXPECT_EQ(model.Flag(1), 0.875) << "the thruster's own cell keeps its flag";
+  EXPECT_EQ(model.Distance(1), 11);
+  EXPECT_EQ(model.report.raysCast, 2U);
+  EXPECT_EQ(model.report.cellsShadowed, 1U);
+  EXPECT_TRUE(model.state.computedOnce);
+  EXPECT_TRUE(model.dialogs.boxes.empty());
+}
+
+TEST(RayTracing, OneFlatPrimitiveShadowsNothing) {
+  Model model(2, 5, 5, 5);
+  model.SetThruster({0, 0, 3});
+  model.SetPlate(2, {0, 0, 0}, 2);
+  model.SetCounts(2, 5, 5);
+  for (int i = 1; i <= 5; ++i) {
+    for (int j = 1; j <= 5; ++j) model.SetCell(2, i, j, {0.8 * i - 2.4, 0.8 * j - 2.4, 0}, i == 5 ? 61 : 60);
+  }
+  model.input.PlumeLimitAngle = 60;
+  model.Run();
+  for (int i = 1; i <= 5; ++i) {
+    for (int j = 1; j <= 5; ++j) EXPECT_EQ(model.Flag(2, i, j), i == 5 ? 0.5 : 0);
+  }
+  EXPECT_EQ(model.report.raysCast, 20U);
+  EXPECT_EQ(model.report.cellsBeyond, 5U);
+}
+
+TEST(RayTracing, NotHiddenChoosesTheMode) {
+  Model model = TwoPlates();
+  model.input.NotHidden = 1;
+  model.Run();
+  EXPECT_EQ(model.report.ShadowStatusText, " Process: No shadow");
+  for (const int k : {1, 2, 3}) {
+    EXPECT_EQ(model.Flag(k), 0) << "the thruster's own cell too";
+    EXPECT_EQ(model.Distance(k), model.cells.CellData(k, 1, 1, 8));
+  }
+  EXPECT_EQ(model.report.raysCast, 0U);
+  EXPECT_FALSE(model.state.computedOnce) << "nothing was computed";
+
+  model.input.NotHidden = 2;  // no computation took place yet
+  model.Run();
+  EXPECT_EQ(model.report.ShadowStatusText, "before");
+  EXPECT_EQ(model.Flag(3), 2.001);
+  EXPECT_TRUE(model.state.computedOnce);
+
+  model.Forget();
+  model.Run();
+  EXPECT_EQ(model.report.ShadowStatusText, "WARNING: Process with shadow flags from the previous run");
+  EXPECT_EQ(model.Flag(2), -7);
+  EXPECT_EQ(model.Flag(3), -7);
+
+  model.input.NotHidden = 3;
+  model.Run();
+  EXPECT_EQ(model.report.ShadowStatusText, "before");
+  EXPECT_EQ(model.Flag(3), 2.001);
+}
+
+TEST(RayTracing, NoShadowKeepsToTheRange) {
+  Model model = TwoPlates();
+  model.input.NotHidden = 1;
+  model.input.OnlyPrimitive = 3;
+  model.Run();
+  EXPECT_EQ(model.Flag(2), -7);
+  EXPECT_EQ(model.Flag(3), 0);
+  model.Forget();
+  model.input.OnlyPrimitive = 0;
+  model.input.numberPrimWithVolumic = 2;
+  model.Run();
+  EXPECT_EQ(model.Flag(2), 0);
+  EXPECT_EQ(model.Flag(3), -7);
+}
+
+TEST(RayTracing, OnlyPrimitiveIsTestedAgainstAll) {
+  Model model = TwoPlates();
+  model.input.OnlyPrimitive = 3;
+  model.Run();
+  EXPECT_EQ(model.Flag(2), -7);
+  EXPECT_EQ(model.Flag(3), 2.001);
+  model.Forget();
+  model.input.OnlyPrimitive = 1;
+  model.Run();
+  EXPECT_EQ(model.Flag(1), -7) << "the thruster is never tested";
+}
+
+// Volumic slices stand behind the primitives: they are tested, but stop nothing.
+TEST(RayTracing, ObstaclesEndWithThePrimitives) {
+  Model model = TwoPlates();
+  model.input.NumberOfPrimitives = 2;
+  model.Run();
+  EXPECT_EQ(model.Flag(3), 2.001);
+  model = TwoPlates();
+  model.input.NumberOfPrimitives = 2;
+  model.SetCell(2, 1, 1, {0.25, 0.125, 3});
+  model.Run();
+  EXPECT_EQ(model.Flag(2), 0) << "plate 3 is before it but is no obstacle";
+}
+
+TEST(RayTracing, WithoutThrusterTheRaysLeaveFromTheOrigin) {
+  Model model = TwoPlates();
+  model.SetCell(1, 1, 1, {0.125, 0.25, 4});
+  model.input.ThrusterPrimitive = 0;
+  model.Run();
+  EXPECT_EQ(model.Flag(1), 2.001) << "primitive 1 is like any other";
+  EXPECT_EQ(model.Flag(2), 0);
+  EXPECT_EQ(model.Flag(3), 2.001);
+}
+
+TEST(RayTracing, StripsEndingInZeroHaveAMark) {
+  for (const int hit : {1, 9, 10, 11, 20, 30}) {
+    Model model(3, 40, 1, 40);
+    model.SetThruster({0, 0, 0});
+    model.SetCounts(2, 40, 1);
+    for (int s = 1; s <= 40; ++s) {
+      model.SetCell(2, s, 1, {50, 50, 1});
+      model.AddStrip(2, Model::Square({s == hit ? 0.0 : 9.0 + s, 0, 1}, 0.4));
+    }
+    model.SetPlate(3, {0.125, 0.25, 2}, 1);
+    model.Run();
+    const double code = hit % 10 == 0 ? hit + 0.111 : hit;
+    EXPECT_EQ(model.Flag(3), 2 + code / 1000);
+    if (hit == 10) {
+      EXPECT_NEAR(model.Flag(3), 2.010111, 1e-12);
+    }
+  }
+}
+
+TEST(RayTracing, ARayThatEndsOnAnObstacleIsFree) {
+  Model model(3, 1, 1, 1);
+  model.SetThruster({0, 0, 0});
+  model.SetPlate(2, {0, 0, 1}, 1);
+  model.SetPlate(3, {0.25, 0.125, 1}, 0.0625);  // its cell lies on plate 2
+  model.Run();
+  EXPECT_EQ(model.Flag(3), 0);
+  model.SetThruster({0.25, 0.125, 1});  // on plate 2 and 3
+  model.SetCell(3, 1, 1, {0.25, 0.5, 3});
+  model.Run();
+  EXPECT_EQ(model.Flag(3), 0) << "an obstacle at the thruster point does not count";
+}
+
+// Eight columns round z; the thruster looks at it from x = 10.
+TEST(RayTracing, FarSideOfACylinderIsShadowedByTheNearColumns) {
+  Model model(2, 8, 1, 8);
+  model.SetThruster({10, 0.0625, 0.25});
+  model.SetCounts(2, 8, 1);
+  const auto at = [](double column, double r, double z) {
+    const double angle = 2 * std::numbers::pi * (column - 0.5) / 8;
+    return Sight{r * std::cos(angle), r * std::sin(angle), z};
+  };
+  for (int s = 1; s <= 8; ++s) {
+    model.SetCell(2, s, 1, at(s, 0.9, 0));
+    model.AddStrip(2, {at(s - 0.5, 1, -1), at(s + 0.5, 1, -1), at(s + 0.5, 1, 1), at(s - 0.5, 1, 1)});
+  }
+  model.Run();
+  // Columns 1 and 8 face the thruster; a cell lies inside of its own column, which does not count.
+  EXPECT_EQ(model.Flag(2, 1), 0);
+  EXPECT_EQ(model.Flag(2, 8), 0);
+  for (const int s : {3, 4, 5, 6}) {
+    EXPECT_GE(model.Flag(2, s), 2.001) << s;
+    EXPECT_LE(model.Flag(2, s), 2.008) << s;
+    EXPECT_NE(model.Flag(2, s), 2 + s / 1000.0) << "never its own column";
+    EXPECT_LT(model.Distance(2, s), model.cells.CellData(2, s, 1, 8));
+  }
+}
+
+// The search begins with the obstacle and one strip before the strip of the last hit, not with the nearest.
+TEST(RayTracing, SearchBeginsAtTheLastHit) {
+  Model model(4, 4, 1, 4);
+  model.SetThruster({0, 0, 0});
+  model.SetPlate(2, {0, 0, 1}, 1);
+  model.SetPlate(3, {0, 0, 2}, 4);
+  model.SetCounts(4, 3, 1);
+  model.SetCell(4, 1, 1, {0.5, 0.25, 4});
+  model.SetCell(4, 2, 1, {6, 0.25, 4});  // passes plate 2, is stopped by plate 3
+  model.SetCell(4, 3, 1, {0.5, 0.25, 4});
+  model.Run();
+  EXPECT_EQ(model.Flag(4, 1), 2.001) << "the order of the list";
+  EXPECT_EQ(model.Flag(4, 2), 3.001);
+  EXPECT_EQ(model.Flag(4, 3), 3.001) << "the search begins with plate 3 now";
+
+  Model strips(3, 4, 1, 4);
+  strips.SetThruster({0, 0, 0});
+  strips.SetCounts(2, 4, 1);
+  for (int s = 1; s <= 4; ++s) {
+    strips.SetCell(2, s, 1, {0, 0, 0});
+    strips.AddStrip(2, Model::Square({s == 3 ? 2.0 : 0.0, 0, 1.0 + s}, s == 3 ? 3 : 1));
+  }
+  strips.SetCounts(3, 3, 1);
+  strips.SetCell(3, 1, 1, {0.5, 0.25, 9});
+  strips.SetCell(3, 2, 1, {6, 0.25, 9});
+  strips.SetCell(3, 3, 1, {0.5, 0.25, 9});
+  strips.Run();
+  EXPECT_EQ(strips.Flag(3, 1), 2.001);
+  EXPECT_EQ(strips.Flag(3, 2), 2.003);
+  EXPECT_EQ(strips.Flag(3, 3), 2.002) << "one strip before the last hit";
+}
+
+// Column u of the obstacle rules the u-th strip tried, whichever strip that is.
+TEST(RayTracing, ObstacleIsGivenUpAtTheFirstColumnBeyondTheLimit) {
+  const auto flag = [](std::array<double, 3> angles, double limit, int hit) {
+    Model model(3, 3, 2, 3);
+    model.SetThruster({0, 0, 0});
+    model.SetCounts(2, 3, 2);
+    for (int s = 1; s <= 3; ++s) {
+      model.SetCell(2, s, 1, {50, 50, 1}, 179);
+      model.SetCell(2, s, 2, {50, 50, 1}, angles[static_cast<std::size_t>(s - 1)]);
+      model.AddStrip(2, Model::Square({s == hit ? 0.0 : 9.0 + s, 0, 1}, 1));
+    }
+    model.SetPlate(3, {0.125, 0.25, 2}, 1, 10);
+    model.input.PlumeLimitAngle = limit;
+    model.Run();
+    return model.Flag(3);
+  };
+  EXPECT_EQ(flag({20, 20, 20}, 60, 3), 2.003);
+  EXPECT_EQ(flag({20, 60, 60}, 60, 3), 2.003) << "at the limit";
+  EXPECT_EQ(flag({20, 61, 20}, 60, 3), 0) << "given up before strip 3";
+  EXPECT_EQ(flag({20, 61, 20}, 60, 1), 2.001);
+  EXPECT_EQ(flag({61, 20, 20}, 60, 1), 0);
+  EXPECT_EQ(flag({200, 200, 200}, 180, 3), 2.003) << "never with a limit of 180";
+  EXPECT_EQ(flag({200, 200, 200}, 179.5, 3), 2.003) << "179 of the first row is inside";
+}
+
+TEST(RayTracing, WhatLiesOutsideOfTheArraysIsToldOnceAndLeftOut) {
+  Model model = TwoPlates();
+  model.cells.BorderCorners(2, 0, 0) = 9;  // of 5
+  model.Run();
+  EXPECT_EQ(model.Flag(3), 2.001);
+  EXPECT_EQ(model.dialogs.Count("error fautea_SpaceApplicationRayTrac"), 1);
+  EXPECT_EQ(model.dialogs.Count("Subscript out of range"), 1);
+  ASSERT_EQ(model.dialogs.boxes.size(), 2U);
+  EXPECT_EQ(model.dialogs.boxes[1].title, "Error fautea_SpaceApplicationRayTrac");
+
+  Model columns(3, 2, 1, 5);  // five strips, two columns
+  columns.SetThruster({0, 0, 0});
+  columns.SetCounts(2, 2, 1);
+  for (int s = 1; s <= 5; ++s) columns.AddStrip(2, Model::Square({s == 2 ? 0.0 : 9.0, 0, 1}, 1));
+  columns.SetPlate(3, {0.125, 0.25, 2}, 1, 10);
+  columns.input.PlumeLimitAngle = 60;
+  columns.Run();
+  EXPECT_EQ(columns.Flag(3), 2.002);
+  EXPECT_EQ(columns.dialogs.Count("Subscript out of range"), 1);
+
+  Model many = TwoPlates();
+  many.input.NumberOfPrimitives = 4;  // of 3
+  many.input.numberPrimWithVolumic = 5;
+  many.SetCounts(3, 7, 1);  // of 5
+  many.Run();
+  EXPECT_EQ(many.Flag(3), 2.001);
+  EXPECT_EQ(many.Flag(3, 5), 0);
+  EXPECT_EQ(many.dialogs.Count("error fautea_SpaceApplicationRayTrac"), 4);
+}
+
+TEST(RayTracing, EmptyModels) {
+  Model model(1, 1, 1, 1);
+  model.SetThruster({0, 0, 0});
+  model.Run();
+  EXPECT_EQ(model.report.raysCast, 0U);
+  EXPECT_TRUE(model.state.computedOnce);
+  model.input.NumberOfPrimitives = 0;
+  model.input.numberPrimWithVolumic = 0;
+  model.input.ThrusterPrimitive = 0;
+  model.Run();
+  EXPECT_TRUE(model.dialogs.boxes.empty());
+}
+
+// ---- Random models against the plain form ----
+
+// Numbers, points and quadrilaterals of the kinds that are hard: whole numbers, so that exact zeros are common, planes
+// through the thruster, points on surfaces, slivers, and numbers that are very large, very small or none.
+class Chance {
+ public:
+  explicit Chance(std::uint32_t seed) : random_(seed) {}
+
+  int Below(int n) { return static_cast<int>(random_() % static_cast<std::uint32_t>(n)); }
+  bool OneIn(int n) { return Below(n) == 0; }
+  double Between(double low, double high) { return low + (high - low) * (random_() / 4294967296.0); }
+  Sight Whole() { return {Below(7) - 3.0, Below(7) - 3.0, Below(7) - 3.0}; }
+  Sight Any(double size) { return {Between(-size, size), Between(-size, size), Between(-size, size)}; }
+  Sight Point(double size) { return grid ? size / 3 * Whole() : Any(size); }
+  double Odd() {
+    const std::array odd = {kNaN, kInfinity, -kInfinity, 1e300, 1e-300, 1e160, 1e-160, 5e-324, 1e60, 1e-60, 0.0};
+    return odd[static_cast<std::size_t>(Below(static_cast<int>(odd.size())))];
+  }
+  double Tiny() { return std::pow(10.0, Between(-18, -1)) * (OneIn(2) ? 1 : -1); }
+
+  Corners Quadrilateral(const Sight& o, double size) {
+    const Sight p = Point(size);
+    const Sight e1 = Point(size);
+    const Sight e2 = Point(size);
+    const double thin = OneIn(3) ? Tiny() : 1;
+    switch (Below(12)) {
+      case 0:  // a plane through the thruster, which is beside it
+        return {o + e1 + e2, o + 2 * e1 + e2, o + 2 * e1 + 2 * e2, o + e1 + 2 * e2};
+      case 1: {  // the thruster on it, at its side or its corner
+        const double x = grid ? Below(3) : Between(-0.2, 2);
+        const double y = grid ? Below(3) : Between(-0.2, 2);
+        const Sight first = o - x * e1 - y * e2;
+        return {first, first + 2 * e1, first + 2 * e1 + 2 * e2, first + 2 * e2};
+      }
+      case 2: {  // nearly so
+        const Sight off = Tiny() * Cross(e1, e2);
+        return {o + off - e1 - e2, o + off + e1 - e2, o + off + e1 + e2, o + off - e1 + e2};
+      }
+      case 3:  // a sliver
+        return {p, p + e1, p + e1 + thin * e2, p + thin * e2};
+      case 4:  // with corners in one place, or nearly
+        return {p, p + thin * Any(1e-16), p + e1 + e2, p + e1 + (OneIn(2) ? e2 : (1 + 1e-16) * e2)};
+      case 5:  // with corners in one line
+        return {p, p + e1, p + 2 * e1, p + 3 * e1 + (OneIn(2) ? 1e-17 : 0.0) * e2};
+      case 6:  // a fan from the thruster
+        return {o, o, o + e1 + thin * e2, o + e1};
+      case 7:  // twisted
+        return {Point(size), Point(size), Point(size), Point(size)};
+      case 8: {  // an odd number
+        Corners corners = {p, p + e1, p + e1 + e2, p + e2};
+        corners[static_cast<std::size_t>(Below(4))].x = Odd();
+        return corners;
+      }
+      case 9: {  // huge or tiny
+        const double scale = OneIn(2) ? 1e6 : 1e-6;
+        return {p, p + scale * e1, p + scale * e1 + scale * e2, p + scale * e2};
+      }
+      default:
+        return {p, p + e1, p + e1 + e2, p + e2};
+    }
+  }
+
+  // The end of a ray, often where one of the strips makes it hard.
+  Sight End(const Sight& o, const std::vector<Corners>& strips, double size) {
+    if (strips.empty() || OneIn(6)) return Point(size);
+    const Corners& q = strips[static_cast<std::size_t>(Below(static_cast<int>(strips.size())))];
+    const auto corner = [&]() { return q[static_cast<std::size_t>(Below(4))]; };
+    const std::array far = {2.0, 1.0, 0.5, -1.0, 4.0, 1.5, 100.0, 1e-3};
+    const double reach = far[static_cast<std::size_t>(Below(static_cast<int>(far.size())))];
+    const double u = Between(0, 1);
+    const double v = Between(0, 1);
+    switch (Below(9)) {
+      case 0:  // through a corner
+        return o + reach * (corner() - o);
+      case 1:  // through a side
+        return o + reach * (0.5 * (corner() + corner()) - o);
+      case 2:  // through the inside
+        return o + reach * (q[0] + u * (q[1] - q[0]) + v * (q[3] - q[0]) - o);
+      case 3:  // in the plane of the thruster and two corners
+        return o + Between(-2, 2) * (corner() - o) + Between(-2, 2) * (corner() - o);
+      case 4:  // beside a corner
+        return o + reach * (corner() + Any(1e-9) - o);
+      case 5: {  // along an axis or a diagonal of the cube
+        const Sight way = {Below(3) - 1.0, Below(3) - 1.0, Below(3) - 1.0};
+        return o + (grid ? 1.0 + Below(4) : Between(0, size)) * way;
+      }
+      case 6: {  // an odd number
+        Sight end = corner();
+        (OneIn(2) ? end.y : end.z) = Odd();
+        return end;
+      }
+      case 7:  // very short or very long
+        return o + std::pow(10.0, Between(-60, 60)) * (corner() - o);
+      default:
+        return corner();
+    }
+  }
+
+  bool grid = false;
+
+ private:
+  std::mt19937 random_;
+};
+
+std::array<double, 12> Flat(const Corners& corners) {
+  std::array<double, 12> flat{};
+  for (std::size_t n = 0; n < 4; ++n) {
+    flat[3 * n] = corners[n].x;
+    flat[3 * n + 1] = corners[n].y;
+    flat[3 * n + 2] = corners[n].z;
+  }
+  return flat;
+}
+
+std::uint64_t BitsOf(double value) {
+  return std::bit_cast<std::uint64_t>(value);
+}
+
+#ifndef ORV_RANDOM_MODELS
+#define ORV_RANDOM_MODELS 4000
+#endif
+
+// The index finds exactly the strips that a test of all of them finds, and the test is the plain one, bit by bit.
+TEST(RayIndexTest, FindsEveryStripThatARayHits) {
+  std::size_t hits = 0;
+  std::size_t beyond = 0;
+  for (std::uint32_t seed = 0; seed < ORV_RANDOM_MODELS; ++seed) {
+    Chance chance(seed);
+    chance.grid = chance.OneIn(2);
+    const double size = std::array{3.0, 3.0, 1.0, 0.01, 1e4}[static_cast<std::size_t>(chance.Below(5))];
+    const Sight o = chance.OneIn(3) ? Sight{} : chance.Point(size * (chance.OneIn(4) ? 1000 : 1));
+    std::vector<Corners> quads;
+    std::vector<SightStrip> strips;
+    const int count = 1 + chance.Below(20);
+    for (int s = 0; s < count; ++s) {
+      quads.push_back(chance.Quadrilateral(o, size));
+      strips.emplace_back(o, Flat(quads.back()));
+      strips.back().primitive = 1 + s / 4;
+      strips.back().column = s / 4 == 1 ? 0 : s % 4 + 1;
+    }
+    std::vector<Sight> rays;
+    for (int n = 0; n < 150; ++n) rays.push_back(chance.End(o, quads, size) - o);
+    const std::vector<Sight> sample(rays.begin(), rays.begin() + chance.Below(30));
+    const RayIndex index(strips, sample, chance.OneIn(2) ? 150 : 20000);
+    for (const Sight& ray : rays) {
+      const int ownPrimitive = chance.Below(4);
+      const int ownColumn = chance.Below(5);
+      std::vector<std::pair<std::uint32_t, std::uint64_t>> found;
+      index.FindHits(ray, ownPrimitive, ownColumn,
+                     [&](std::uint32_t s, double t) { found.emplace_back(s, BitsOf(t)); });
+      std::sort(found.begin(), found.end());
+      std::vector<std::pair<std::uint32_t, std::uint64_t>> expected;
+      for (std::uint32_t s = 0; s < strips.size(); ++s) {
+        if (strips[s].primitive == ownPrimitive && (strips[s].column == 0 || strips[s].column == ownColumn)) continue;
+        std::array<reference::PlainVector, 5> p{};
+        for (std::size_t n = 0; n < 4; ++n) p[n + 1] = {quads[s][n].x, quads[s][n].y, quads[s][n].z};
+        double t = 0;
+        if (reference::PlainQuadHit({ray.x, ray.y, ray.z}, {o.x, o.y, o.z}, p, t) == 1) {
+          expected.emplace_back(s, BitsOf(t));
+        }
+      }
+      ASSERT_EQ(found, expected) << "seed " << seed << " ray " << ray.x << ' ' << ray.y << ' ' << ray.z;
+      hits += found.size();
+      beyond += found.empty() ? 1 : 0;
+    }
+  }
+  EXPECT_GT(hits, ORV_RANDOM_MODELS * 30);
+  EXPECT_GT(beyond, ORV_RANDOM_MODELS * 30);
+}
+
+}  // namespace
+}  // namespace orv

@@ -1,0 +1,315 @@
+#include "plume/heat_flux.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "plume/effect_model.h"
+
+namespace orv::testing {
+namespace {
+
+const std::string kThruster = "T thr size 0.01 0.01 cells 1 1";
+
+// A plate 1 m above the thruster, facing it.
+EffectModel FacingPlate(const std::string& cells = "1 1", const std::string& placement = "R X 180 T 0 0 1") {
+  return EffectModel({{"HT", kThruster}, {"silver", "Plate rect size 0.2 0.1 cells " + cells + " " + placement}});
+}
+
+// The numbers of the flow on the axis of the test thruster, by hand: one charge state of 300 eV, N = 1 / pi.
+struct AxisFlow {
+  double mass, speed, density, pressure, thermalSpeed, S2;
+  explicit AxisFlow(double distance, const PhysicalConstants& c, double Twall = 300) {
+    const double pi = 3.14159265358979;
+    mass = 131.29 / 1000 / c.AvogadroNumber;
+    speed = std::sqrt(2 * c.ElementaryCharge * 300 / mass);
+    density = 1 / pi * 1.0 / c.ElementaryCharge / (distance * distance) / speed;
+    pressure = 0.5 * mass * density * speed * speed;
+    thermalSpeed = std::sqrt(2 * c.BoltzmannConstant * Twall / mass);
+    S2 = speed < thermalSpeed ? 1 : std::pow(speed / thermalSpeed, 2);
+  }
+};
+
+TEST(HeatFlux, NormalIncidenceByHand) {
+  EffectModel model = FacingPlate();
+  model.Build();
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+
+  const AxisFlow flow(1, model.constants);
+  const double area = 0.02;
+  const double heat = (2 * flow.pressure * flow.speed * 0.95 * (1 - 2 / flow.S2)) / 2;
+  EXPECT_NEAR(model.Q(2, 1, 1, 22), heat, heat * 1e-9);
+
+  // Along the flow, which goes to +Z: fn = (2 - sn) + sn / 2 sqrt(pi / S2).
+  const auto force = [&](double sn) {
+    return area * 2 * flow.pressure * ((2 - sn) + sn / 2 * std::sqrt(3.14159265358979 / flow.S2));
+  };
+  EXPECT_NEAR(model.Q(2, 1, 1, 23), 0, 1e-15);
+  EXPECT_NEAR(model.Q(2, 1, 1, 24), 0, 1e-15);
+  EXPECT_NEAR(model.Q(2, 1, 1, 25), force(0.85), force(0.85) * 1e-9);
+  EXPECT_NEAR(model.Q(2, 1, 1, 41), force(1), force(1) * 1e-9);
+  EXPECT_NEAR(model.Q(2, 1, 1, 50), force(0), force(0) * 1e-9);
+  EXPECT_DOUBLE_EQ(model.Q(2, 1, 1, 66), std::min(model.Q(2, 1, 1, 41), model.Q(2, 1, 1, 50)));
+  EXPECT_DOUBLE_EQ(model.Q(2, 1, 1, 69), std::max(model.Q(2, 1, 1, 41), model.Q(2, 1, 1, 50)));
+  EXPECT_TRUE(model.dialogs.boxes.empty());
+}
+
+TEST(HeatFlux, ObliqueIncidenceByHand) {
+  // Turned by 40 degrees about X: the normal leans towards -Y, the flow still comes along +Z.
+  EffectModel model = FacingPlate("1 1", "R X 140 T 0 0 1");
+  model.Build();
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+
+  const AxisFlow flow(1, model.constants);
+  const double a = 40 * 3.14159265358979 / 180;
+  const double area = 0.02;
+  const double sn = 0.85;
+  const double st = 0.9;
+  const double fn = (2 - sn) * std::pow(std::cos(a), 2) + sn / 2 * std::sqrt(3.14159265358979 / flow.S2) * std::cos(a);
+  const double ft = st * std::sin(a) * std::cos(a);
+  // nv lies 40 degrees off +Z, the tangent 50 degrees off +Z on the other side.
+  const double side = model.Q(2, 1, 1, 6) > 0 ? -1 : 1;  // nv = -N
+  const double nvY = side * std::sin(a);
+  const double nvZ = std::cos(a);
+  const double tvY = -side * std::cos(a);
+  const double tvZ = std::sin(a);
+  const double scale = area * 2 * flow.pressure;
+  EXPECT_NEAR(model.Q(2, 1, 1, 24), scale * (fn * nvY + ft * tvY), scale * 1e-9);
+  EXPECT_NEAR(model.Q(2, 1, 1, 25), scale * (fn * nvZ + ft * tvZ), scale * 1e-9);
+  EXPECT_NEAR(model.Q(2, 1, 1, 22), flow.pressure * flow.speed * 0.95 * std::cos(a) * (1 - 2 / flow.S2),
+              flow.pressure * flow.speed * 1e-9);
+}
+
+TEST(HeatFlux, MomentsAboutOriginAndAboutThePointOfTheDirective) {
+  EffectModel model = FacingPlate("2 2", "R X 180 T 0.4 0.1 1");
+  model.directives.MomentOrigin = {2, 0.3, -0.2, 0.5};
+  model.Build();
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  for (int i = 1; i <= 2; ++i) {
+    for (int j = 1; j <= 2; ++j) {
+      SCOPED_TRACE(::testing::Message() << "cell " << i << ", " << j);
+      const auto vector = [&](int q) {
+        return Vector3(model.Q(2, i, j, q), model.Q(2, i, j, q + 1), model.Q(2, i, j, q + 2));
+      };
+      const Vector3 centre = vector(1);
+      const Vector3 arm(centre(1) - 0.3, centre(2) + 0.2, centre(3) - 0.5);
+      struct Row {
+        int force, moment;
+        Vector3 lever;
+      };
+      for (const Row& row : {Row{23, 26, centre}, Row{23, 36, arm}, Row{39, 42, centre}, Row{39, 45, arm},
+                             Row{48, 51, centre}, Row{48, 54, arm}}) {
+        Vector3 expected;
+        vcross(row.lever, vector(row.force), expected);
+        for (std::size_t axis = 1; axis <= 3; ++axis) {
+          EXPECT_NEAR(vector(row.moment)(axis), expected(axis), 1e-12 * vNorm(expected)) << row.moment << " " << axis;
+        }
+      }
+      // The extreme terms bracket every mixture of the two worst cases.
+      for (int axis = 0; axis < 3; ++axis) {
+        const double low = model.Q(2, i, j, 76 + axis);
+        const double high = model.Q(2, i, j, 79 + axis);
+        EXPECT_LE(low, 0);
+        EXPECT_GE(high, 0);
+        EXPECT_LE(low, model.Q(2, i, j, 70 + axis) + 1e-18);
+        EXPECT_GE(high, model.Q(2, i, j, 73 + axis) - 1e-18);
+      }
+    }
+  }
+}
+
+TEST(HeatFlux, TheTwoHalvesOfAMomentAddUp) {
+  EffectModel model = FacingPlate("3 2", "R X 150 R Z 20 T 0.2 0.3 1");
+  model.Build();
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  const Vector3 force(model.Q(2, 2, 1, 39), model.Q(2, 2, 1, 40), model.Q(2, 2, 1, 41));
+  const Vector3 centre(model.Q(2, 2, 1, 1), model.Q(2, 2, 1, 2), model.Q(2, 2, 1, 3));
+  Vector3 plus;
+  Vector3 minus;
+  vCrossPlus(centre, force, plus);
+  vCrossMinus(centre, force, minus);
+  for (std::size_t axis = 1; axis <= 3; ++axis) {
+    EXPECT_NEAR(plus(axis) + minus(axis), model.Q(2, 2, 1, 44 + static_cast<int>(axis)), 1e-15);
+  }
+}
+
+TEST(HeatFlux, TheMirroredNormalGivesTheSameMagnitudes) {
+  EffectModel front = FacingPlate();
+  EffectModel back = FacingPlate("1 1", "T 0 0 1");
+  for (EffectModel* model : {&front, &back}) {
+    model->Build();
+    EffectContext context = model->Context();
+    SizeHeatFluxStores(context);
+    aSpaceApplicationEffectHEATFLUX(context);
+  }
+  EXPECT_GT(front.Q(2, 1, 1, 22), 0);
+  for (const int q : {22, 25, 41, 50})
+    EXPECT_NEAR(front.Q(2, 1, 1, q), back.Q(2, 1, 1, q), 1e-12 * front.Q(2, 1, 1, q));
+}
+
+TEST(HeatFlux, TheInsideOfACylinderIsIgnored) {
+  // The thruster stands on the axis of the cylinder and sees its inside only.
+  EffectModel model({{"HT", kThruster}, {"silver", "Tube cyl size 0.5 1 1 cells 8 4 T 0 0 0.2"}});
+  model.Build();
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  EXPECT_EQ(model.Sum(2, 22), 0);
+  EXPECT_EQ(model.stores.HeatFluxMaxTable(2), 0);
+  EXPECT_TRUE(model.stores.HeatFluxList.empty());
+}
+
+TEST(HeatFlux, ShadowedCellsGetNothing) {
+  EffectModel model({{"HT", kThruster},
+                     {"silver", "Near rect size 1 1 cells 2 2 R X 180 T 0 0 1"},
+                     {"silver", "Far rect size 0.2 0.2 cells 2 2 R X 180 T 0 0 2"}});
+  model.Build();
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  EXPECT_GT(model.Sum(2, 22), 0);
+  EXPECT_EQ(model.Sum(3, 22), 0);
+}
+
+TEST(HeatFlux, SlowIonsTakeThePlainForm) {
+  SurfaceFlow flow;
+  flow.dynamicPressure = 2;
+  flow.speed = 3;
+  flow.speedRatio2 = 1;
+  EXPECT_DOUBLE_EQ(HeatFluxOf(flow, 0.5), 2 * 2 * 3 * 0.5 / 2);
+  flow.speedRatio2 = 2;
+  EXPECT_DOUBLE_EQ(HeatFluxOf(flow, 0.5), 2 * 2 * 3 * 0.5 / 2);
+  flow.speedRatio2 = 4;
+  EXPECT_DOUBLE_EQ(HeatFluxOf(flow, 0.5), 2 * 2 * 3 * 0.25 / 2);
+}
+
+TEST(HeatFlux, OnlyADoubleChargeScalesTheSpeed) {
+  const auto heatOf = [](double charge2) {
+    EffectModel model = FacingPlate();
+    model.SetThruster({1, charge2}, {0.5, 0.5});
+    model.Build();
+    // The same density for both species, so that their heat differs by the speed alone.
+    model.cells.CellData(2, 1, 1, 33) = 0;
+    model.cells.CellData(2, 1, 1, 34) = 1e14;
+    EffectContext context = model.Context();
+    SizeHeatFluxStores(context);
+    // The corner search renews the plume, so the pass is looked at through the force of one species.
+    aSpaceApplicationEffectHEATFLUX(context);
+    return model.Q(2, 1, 1, 17);
+  };
+  EXPECT_EQ(heatOf(2), heatOf(3)) << "quantity 17 is the speed of the first species";
+}
+
+TEST(HeatFlux, TheHottestCornerIsFound) {
+  EffectModel model = FacingPlate("1 1", "R X 180 T 0.5 0 1");
+  model.Build();
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  const std::array<double, 3> before = {model.Q(2, 1, 1, 1), model.Q(2, 1, 1, 8), model.Q(2, 1, 1, 13)};
+  aSpaceApplicationEffectHEATFLUX(context);
+  EXPECT_GT(model.stores.HeatFluxMaxTable(2), model.Q(2, 1, 1, 22));
+  EXPECT_EQ(model.Q(2, 1, 1, 1), before[0]);
+  EXPECT_EQ(model.Q(2, 1, 1, 8), before[1]);
+  EXPECT_EQ(model.Q(2, 1, 1, 13), before[2]);
+  EXPECT_EQ(model.stores.HeatFluxList.size(), 6U) << "incident vector and tangent, each two points and a break";
+  EXPECT_EQ(model.stores.HeatFluxList[2][3], -1);
+}
+
+TEST(HeatFlux, AMissingMaterialIsToldAndKeepsTheValuesBefore) {
+  EffectModel model({{"HT", kThruster},
+                     {"silver", "A rect size 0.1 0.1 cells 1 1 R X 180 T 0 0 1"},
+                     {"gold", "B rect size 0.1 0.1 cells 1 1 R X 180 T 0 0.5 1"}});
+  model.Build();
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  EXPECT_EQ(
+      model.dialogs.Count("Database wrong: material not found. Note in case of 2 materials, please separate with a "
+                          "pipe | gold"),
+      1);
+  EXPECT_GT(model.Q(3, 1, 1, 22), 0);
+}
+
+// A turn: the sums of each step equal those of a fixed model placed at that angle.
+TEST(HeatFlux, EachStepOfATurnEqualsAFixedRun) {
+  EffectModel model({{"HT", kThruster}, {"silver", "Wing rect size 0.4 0.2 cells 3 2 Automatic X T 0 0.3 1"}});
+  model.directives.RotationStep = 90;
+  model.IndexPlot = 25;
+  model.Build();
+  ASSERT_EQ(model.geometry.rotation.RotatingPrimitive, 2);
+  model.AutomaticRotationActive = 2;
+  for (int s = 1; s <= 4; ++s) model.rotation.RotPercentTable(s, 1) = (s - 1) * 90;
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  ASSERT_TRUE(model.dialogs.boxes.empty()) << model.dialogs.boxes.front().text;
+  EXPECT_EQ(model.stores.RotationSums(0, 0), 4);
+  for (int s = 1; s <= 4; ++s) {
+    EffectModel fixed(
+        {{"HT", kThruster},
+         {"silver", "Wing rect size 0.4 0.2 cells 3 2 R X " + std::to_string((s - 1) * 90) + " T 0 0.3 1"}});
+    fixed.Build();
+    EffectContext fixedContext = fixed.Context();
+    SizeHeatFluxStores(fixedContext);
+    aSpaceApplicationEffectHEATFLUX(fixedContext);
+    EXPECT_EQ(model.stores.RotationSums(s, 0), (s - 1) * 90);
+    for (const int q : {23, 24, 25, 39, 50, 64, 69, 79}) {
+      EXPECT_DOUBLE_EQ(model.stores.RotationSums(s, q), fixed.Sum(2, q)) << "step " << s << " quantity " << q;
+    }
+    double hottest = 0;
+    for (int i = 1; i <= 3; ++i) {
+      for (int j = 1; j <= 2; ++j) hottest = std::max(hottest, fixed.Q(2, i, j, 22));
+    }
+    EXPECT_DOUBLE_EQ(model.stores.RotationSums(s, 22), hottest);
+    EXPECT_DOUBLE_EQ(model.stores.RotationSums(s, 57), fixed.stores.HeatFluxMaxTable(2));
+  }
+  EXPECT_DOUBLE_EQ(model.Sum(2, 25), model.stores.RotationSums(1, 25)) << "left at the angle of the first step";
+}
+
+TEST(HeatFlux, PlotsOfTheExtremesDoNotTurn) {
+  EffectModel model({{"HT", kThruster}, {"silver", "Wing rect size 0.4 0.2 cells 3 2 Automatic X T 0 0.3 1"}});
+  model.IndexPlot = 66;
+  model.Build();
+  model.AutomaticRotationActive = 2;
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  EXPECT_EQ(model.stores.RotationSums(0, 0), 0);
+  EXPECT_GT(model.Sum(2, 22), 0);
+}
+
+TEST(HeatFlux, ATableThatDisagreesWithTheDirectiveIsToldAtEachStep) {
+  EffectModel model({{"HT", kThruster}, {"silver", "Wing rect size 0.4 0.2 cells 3 2 Automatic X T 0 0.3 1"}});
+  model.directives.RotationStep = 180;
+  model.IndexPlot = 22;
+  model.Build();
+  model.AutomaticRotationActive = 2;
+  model.rotation.RotPercentTable(1, 1) = 5;
+  model.rotation.RotPercentTable(2, 1) = 180;
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  EXPECT_EQ(model.dialogs.Count("Error Rot% in Heat Flux"), 2) << "the box and the small error of one step";
+}
+
+TEST(HeatFlux, AnUnknownTypeIsTold) {
+  EffectModel model = FacingPlate();
+  model.Build();
+  model.cells.CellData(2, 0, 0, 10) = 17;
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  ASSERT_FALSE(model.dialogs.boxes.empty());
+  EXPECT_EQ(model.dialogs.boxes[0].text, "Type not identified in Heat Flux");
+  EXPECT_EQ(model.dialogs.boxes[0].title, " Memo Information");
+}
+
+}  // namespace
+}  // namespace orv::testing

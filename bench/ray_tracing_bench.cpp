@@ -1,7 +1,5 @@
 // Shadow flags of a satellite of 100,000 cells and 2,000 strips: the shipped search against the plain one, measured in
 // one run. Exit code 1 when a cell differs.
-#include <sys/resource.h>
-
 #include <algorithm>
 #include <bit>
 #include <chrono>
@@ -11,6 +9,7 @@
 #include <functional>
 #include <numbers>
 #include <string>
+#include <sys/resource.h>
 #include <vector>
 
 #include "geometry/cell_data.h"
@@ -60,13 +59,16 @@ Surface Turned(const Point& foot, const Point& axis, double length, std::functio
 }
 
 Surface Cylinder(const Point& foot, const Point& axis, double length, double radius, int cellsI, int cellsJ) {
-  return Turned(foot, axis, length, [=](double) { return radius; }, cellsI, cellsJ);
+  return Turned(
+      foot, axis, length, [=](double) { return radius; }, cellsI, cellsJ);
 }
 Surface Cone(const Point& foot, const Point& axis, double length, double from, double to, int cellsI, int cellsJ) {
-  return Turned(foot, axis, length, [=](double v) { return from + v * (to - from); }, cellsI, cellsJ);
+  return Turned(
+      foot, axis, length, [=](double v) { return from + v * (to - from); }, cellsI, cellsJ);
 }
 Surface Dish(const Point& foot, const Point& axis, double depth, double radius, int cellsI, int cellsJ) {
-  return Turned(foot, axis, depth, [=](double v) { return radius * std::sqrt(v); }, cellsI, cellsJ);
+  return Turned(
+      foot, axis, depth, [=](double v) { return radius * std::sqrt(v); }, cellsI, cellsJ);
 }
 Surface Sphere(const Point& centre, double radius, int cellsI, int cellsJ) {
   return {[=](double u, double v) {

@@ -29,11 +29,11 @@ TestBook LargeBook() {
       } else if (column == 2) {
         cells.push_back({{row, column}, CellKind::Text, "plate 1 2 3 " + number, "", ""});
       } else if (column == 3) {
-        cells.push_back({{row, column},
-                         CellKind::Number,
-                         digits,
-                         "SUM(D" + number + ":F" + number + ")*$A$1",
-                         "SUM([.D" + number + ":.F" + number + "])*[.$A$1]"});
+        std::string formula = "SUM(D";
+        std::string openFormula = "SUM([.D";
+        formula.append(number).append(":F").append(number).append(")*$A$1");
+        openFormula.append(number).append(":.F").append(number).append("])*[.$A$1]");
+        cells.push_back({{row, column}, CellKind::Number, digits, formula, openFormula});
       } else if (column == 4) {
         cells.push_back({{row, column}, CellKind::Logical, row % 2 == 0 ? "TRUE" : "FALSE", "", ""});
       } else {

@@ -243,7 +243,7 @@ void SetFileTime(const std::string& name, const CivilTime& time) {
   fs::last_write_time(PathOf(name), fs::file_time_type::clock::now() + ahead, error);
 }
 
-std::string OneCell(std::string_view text) {
+std::string HardBlanks(std::string_view text) {
   std::string out;
   for (const char c : text) {
     if (c == ' ' || static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
@@ -256,7 +256,7 @@ std::string OneCell(std::string_view text) {
 }
 
 std::string TextColumn(std::string_view text, std::size_t width) {
-  const std::string cell = text.empty() ? std::string(kHardBlank) : OneCell(text);
+  const std::string cell = text.empty() ? std::string(kHardBlank) : HardBlanks(text);
   const std::size_t length = CharacterCount(cell);
   return " " + cell + std::string(length < width ? width - length : 0, ' ');
 }

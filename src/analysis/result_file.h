@@ -78,7 +78,7 @@ std::optional<CivilTime> FileTime(const std::string& name);
 void SetFileTime(const std::string& name, const CivilTime& time);
 
 // A text that stays in one cell: blanks and control characters become hard blanks.
-std::string OneCell(std::string_view text);
+std::string HardBlanks(std::string_view text);
 
 // Columns of a table: a blank, then a text padded on the right or a number of so many significant digits padded on the
 // left. An empty text gives one hard blank, so that the columns behind it stay in place.

@@ -5,6 +5,7 @@
 #include <span>
 #include <utility>
 
+#include "geometry/quantities.h"
 #include "numerics/text.h"
 
 namespace orv {

@@ -1,9 +1,8 @@
 #include "geometry/ray_index.h"
 
+#include <numeric>
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
-
-#include <numeric>
 #include <utility>
 
 namespace orv {
@@ -131,34 +130,45 @@ Outline Clip(const Outline& outline, std::size_t plane) {
 class RayIndex::Outlook {
  public:
   Outlook() = default;
-  explicit Outlook(const SightStrip& strip)
-      : halves_{strip.Half(0), strip.Half(1)}, regions_{RegionOf(halves_[0]), RegionOf(halves_[1])} {}
+  explicit Outlook(const SightStrip& strip);
 
   bool Has(Region::Kind kind) const { return regions_[0].kind == kind || regions_[1].kind == kind; }
-  // Corners 1 to 4 of the strip.
-  std::array<Sight, 4> Corners() const {
-    return {halves_[0].a + halves_[0].b, halves_[1].a, halves_[0].a + halves_[0].c, halves_[0].a};
-  }
-
   Sieve MakeSieve();
   void AddTo(FaceRows& rows, std::size_t number, const Face& face) const;
 
  private:
   std::array<SightTriangle, 2> halves_;
   std::array<Region, 2> regions_;
-  bool convex_ = false;  // the strip is the cone of its corners in turn
+  std::array<Sight, 4> corners_;  // of the halves that have an outline, in turn
+  std::size_t count_ = 0;         // 4, 3 for one half, 0 for none
+  bool convex_ = false;           // the strip is the cone of them
 };
+
+RayIndex::Outlook::Outlook(const SightStrip& strip)
+    : halves_{strip.Half(0), strip.Half(1)}, regions_{RegionOf(halves_[0]), RegionOf(halves_[1])} {
+  const SightTriangle& first = halves_[0];
+  const SightTriangle& second = halves_[1];
+  const bool hasFirst = regions_[0].kind == Region::Kind::Outline;
+  const bool hasSecond = regions_[1].kind == Region::Kind::Outline;
+  const auto add = [this](const Sight& corner) { corners_[count_++] = corner; };
+  if (hasFirst) add(first.a + first.b);
+  if (hasSecond) add(second.a);
+  if (hasFirst) add(first.a + first.c);
+  if (hasFirst) add(first.a);
+  if (hasSecond && !hasFirst) add(second.a + second.b);
+  if (hasSecond && !hasFirst) add(second.a + second.c);
+}
 
 Sieve RayIndex::Outlook::MakeSieve() {
   Sieve sieve;
-  if (Has(Region::Kind::Band) || Has(Region::Kind::Everywhere)) return sieve;
-  const std::array<Sight, 4> corners = Corners();
+  if (count_ == 0 || Has(Region::Kind::Band) || Has(Region::Kind::Everywhere)) return sieve;
+  const std::span<const Sight> corners(corners_.data(), count_);
   const double nearest = Nearest(corners) * (1 - 1e-6);
   sieve.nearest = static_cast<float>(std::min(nearest * nearest, 1e38));
   int planes = 0;
   int turns = 0;  // how many of them have the strip on their left, less those on their right
-  for (std::size_t n = 0; n < 4; ++n) {
-    const Sight edge = Cross(corners[n], corners[(n + 1) % 4]);
+  for (std::size_t n = 0; n < count_; ++n) {
+    const Sight edge = Cross(corners[n], corners[(n + 1) % count_]);
     const double length = Length(edge);
     double lowest = 0;
     double highest = 0;
@@ -178,7 +188,7 @@ Sieve RayIndex::Outlook::MakeSieve() {
   }
   double longest = 0;
   for (const Sight& corner : corners) longest = std::max(longest, Length(corner));
-  convex_ = std::abs(turns) == 4 && nearest >= 1e-6 * longest;
+  convex_ = std::abs(turns) == static_cast<int>(count_) && nearest >= 1e-6 * longest;
   return sieve;
 }
 
@@ -303,7 +313,7 @@ void RayIndex::FaceRows::AddBand(std::size_t number, const Face& face, const Reg
 
 void RayIndex::Outlook::AddTo(FaceRows& rows, std::size_t number, const Face& face) const {
   if (convex_) {
-    rows.AddOutline(number, face, Corners());
+    rows.AddOutline(number, face, {corners_.data(), count_});
     return;
   }
   for (std::size_t half = 0; half < 2; ++half) {
@@ -362,7 +372,7 @@ void RayIndex::Divide(std::span<const double> weights, int parts, Division& divi
 }
 
 void RayIndex::DivideFaces(std::span<const Sight> sample, double rays) {
-  constexpr double kRaysPerSquare = 2;
+  constexpr double kRaysPerSquare = 4;
   constexpr double kEvenShare = 0.25;  // added to the weight of a face's rays, spread over the whole face
   struct Weights {
     std::vector<double> columns = std::vector<double>(kSlots);

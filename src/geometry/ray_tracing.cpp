@@ -1,11 +1,10 @@
 #include "geometry/ray_tracing.h"
 
-#include <tbb/parallel_pipeline.h>
-#include <tbb/task_arena.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <tbb/parallel_pipeline.h>
+#include <tbb/task_arena.h>
 #include <utility>
 
 #include "geometry/quantities.h"
@@ -15,14 +14,15 @@ namespace orv {
 namespace {
 
 constexpr std::size_t kChunkCells = 1024;
+constexpr std::size_t kSampleStride = 23;
 
 // What the choice between the hits of a ray needs to know of a strip.
 struct StripRole {
-  int place;         // of its primitive in the order of the search
-  int number;        // 1 .. strips
-  int strips;        // of its primitive
-  int steps;         // strips that the search tries before it gives the primitive up
-  double flag;       // what the strip writes into the shadow flag
+  int place;    // of its primitive in the order of the search
+  int number;   // 1 .. strips
+  int strips;   // of its primitive
+  int allowed;  // strips that the search tries before it gives the primitive up
+  double flag;  // what the strip writes into the shadow flag
 };
 
 // The cells of one tested primitive: its counts, and its part of the planes.
@@ -36,31 +36,30 @@ struct TestedCells {
   const double* angle;
   double* shadowDistance;
   double* flag;
+
+  // Place in the planes of the n-th cell, counted along j, then i.
+  std::size_t PlaceOf(std::size_t n) const { return (n / cellsJ + 1) * rowLength + n % cellsJ + 1; }
+  Sight CentreOf(std::size_t place) const { return {centre[0][place], centre[1][place], centre[2][place]}; }
 };
 
+// Cells of one primitive, counted as PlaceOf does.
 struct Chunk {
   const TestedCells* cells;
-  std::size_t first;  // cells of the primitive counted along j, then i
+  std::size_t first;
   std::size_t count;
 };
 
-struct StoppedRay {
-  std::size_t cell;  // its place in the planes
+// A strip that a ray hits, and the distance from the thruster to that point.
+struct Hit {
+  std::size_t place;
   std::uint32_t strip;
   double distance;
 };
 
 struct ChunkResult {
-  const TestedCells* cells = nullptr;
-  std::vector<StoppedRay> hits;  // those of one cell side by side
+  std::vector<Hit> hits;  // those of one cell side by side
   std::size_t rays = 0;
   std::size_t beyond = 0;
-};
-
-// Some of the rays, and how many there are about.
-struct RaySample {
-  std::vector<Sight> rays;
-  double total = 0;
 };
 
 Sight ToSight(const Vector3& v) {
@@ -70,16 +69,16 @@ Sight ToSight(const Vector3& v) {
 // Where the last search ended: the next one begins there, since neighbouring rays usually meet the same obstacle.
 class SearchCache {
  public:
-  // The hit that a search would find first, or none when the search gives up all obstacles before.
-  const StoppedRay* First(std::span<const StoppedRay> hits, std::span<const StripRole> roles, int places) const {
-    const StoppedRay* first = nullptr;
+  // The hit that a search would find first, none when it gives up all the obstacles before.
+  const Hit* First(std::span<const Hit> hits, std::span<const StripRole> roles, int places) const {
+    const Hit* first = nullptr;
     std::pair<int, int> best{};
-    for (const StoppedRay& hit : hits) {
+    for (const Hit& hit : hits) {
       const StripRole& role = roles[hit.strip];
       const int q = role.place - place_ + (role.place < place_ ? places : 0);
-      const int from = strip_ >= 1 && strip_ <= role.strips ? strip_ : 1;
-      const int u = role.number - from + (role.number < from ? role.strips : 0);
-      if (u >= role.steps || (first != nullptr && best <= std::pair{q, u})) continue;
+      const int start = strip_ >= 1 && strip_ <= role.strips ? strip_ : 1;
+      const int u = role.number - start + (role.number < start ? role.strips : 0);
+      if (u >= role.allowed || (first != nullptr && best <= std::pair(q, u))) continue;
       first = &hit;
       best = {q, u};
     }
@@ -95,6 +94,9 @@ class SearchCache {
   int strip_ = 0;  // of whatever primitive; 0: unset
 };
 
+// Which obstacle a ray meets first depends on the rays before it, which obstacles it meets does not. So the strips that
+// each ray hits are found in parallel, by chunks, and one chunk after the other is then walked in the order of the
+// cells to choose as a search from strip to strip would.
 class RayTracing {
  public:
   RayTracing(Cells& cells, const RayTracingInput& input, RayTracingReport& report, FailureBlock& block)
@@ -107,15 +109,16 @@ class RayTracing {
 
  private:
   std::pair<int, int> Range() const;
-  bool AddTested(int primitive);
+  void AddTested(int primitive);
   std::vector<double> StripCounts();
   void ReadOrigin();
-  int OpenSteps(int primitive, int strips);
+  int AllowedStrips(int primitive, int strips);
   void AddObstacle(int primitive, int place, int strips);
+  std::vector<Sight> SampleRays() const;
   std::vector<Chunk> Chunks() const;
-  RaySample Sample() const;
+  void Trace(const RayIndex& index);
   void FindHits(const Chunk& chunk, const RayIndex& index, ChunkResult& result) const;
-  void ChooseHits(const ChunkResult& result);
+  void ChooseHits(const Chunk& chunk, const ChunkResult& result);
 
   Cells& cells_;
   const RayTracingInput& input_;
@@ -124,8 +127,7 @@ class RayTracing {
   Sight origin_;
   std::vector<TestedCells> tested_;
   std::vector<SightStrip> strips_;
-  std::vector<StripRole> roles_;
-  std::vector<int> order_;
+  std::vector<StripRole> roles_;  // of strips_
   SearchCache cache_;
 };
 
@@ -134,17 +136,23 @@ std::pair<int, int> RayTracing::Range() const {
   return {1, input_.numberPrimWithVolumic};
 }
 
-bool RayTracing::AddTested(int primitive) {
-  return block_([&] {
+// Takes the primitive's cells that the arrays hold.
+void RayTracing::AddTested(int primitive) {
+  block_([&] {
     CellBlock& data = cells_.CellData;
     const int cellsI = cells_.CountI(primitive);
     const int cellsJ = cells_.CountJ(primitive);
     const auto plane = [&](Quantity q) { return data.plane(Number(q), primitive).data(); };
-    tested_.push_back({primitive, static_cast<std::size_t>(std::min(cellsI, data.cellsI())),
-                       static_cast<std::size_t>(std::min(cellsJ, data.cellsJ())), data.rowLength(),
-                       {plane(Quantity::X), plane(Quantity::Y), plane(Quantity::Z)}, plane(Quantity::Distance),
-                       plane(Quantity::Indicatrix), plane(Quantity::ShadowDistance), plane(Quantity::Hidden)});
-    if (cellsI > 0 && cellsJ > 0) static_cast<void>(data(primitive, cellsI, cellsJ, 0));
+    tested_.push_back({primitive,
+                       static_cast<std::size_t>(std::min(cellsI, data.cellsI())),
+                       static_cast<std::size_t>(std::min(cellsJ, data.cellsJ())),
+                       data.rowLength(),
+                       {plane(Quantity::X), plane(Quantity::Y), plane(Quantity::Z)},
+                       plane(Quantity::Distance),
+                       plane(Quantity::Indicatrix),
+                       plane(Quantity::ShadowDistance),
+                       plane(Quantity::Hidden)});
+    if (cellsI > 0 && cellsJ > 0) static_cast<void>(std::as_const(data)(primitive, cellsI, cellsJ, 0));
   });
 }
 
@@ -175,27 +183,27 @@ void RayTracing::ReadOrigin() {
 
 // The search gives an obstacle up at the first column without a cell inside the limit angle; column u stands for the
 // u-th strip tried, whichever that is. A limit of 180 gives nothing up.
-int RayTracing::OpenSteps(int primitive, int strips) {
+int RayTracing::AllowedStrips(int primitive, int strips) {
   const double limit = input_.PlumeLimitAngle;
-  if (!(180 > limit)) return strips;
-  int open = 0;
+  if (!(limit < 180)) return strips;
+  int allowed = 0;
   block_([&] {
     const CellBlock& data = cells_.CellData;
     const int rows = cells_.CountJ(primitive);
-    for (; open < strips; ++open) {
+    for (; allowed < strips; ++allowed) {
       bool inside = false;
       for (int j = 1; j <= rows && !inside; ++j) {
-        inside = data(primitive, open + 1, j, Number(Quantity::Indicatrix)) <= limit;
+        inside = data(primitive, allowed + 1, j, Number(Quantity::Indicatrix)) <= limit;
       }
       if (!inside) return;
     }
   });
-  return open;
+  return allowed;
 }
 
 void RayTracing::AddObstacle(int primitive, int place, int strips) {
-  const int steps = OpenSteps(primitive, strips);
-  if (steps == 0) return;
+  const int allowed = AllowedStrips(primitive, strips);
+  if (allowed == 0) return;
   block_([&] {
     for (int s = 1; s <= strips; ++s) {
       std::array<double, 12> corners{};
@@ -205,9 +213,20 @@ void RayTracing::AddObstacle(int primitive, int place, int strips) {
       strip.column = strips == 1 ? 0 : s;
       strips_.push_back(strip);
       const double code = s % 10 == 0 ? s + 0.111 : s;
-      roles_.push_back({place, s, strips, steps, primitive + code / 1000});
+      roles_.push_back({place, s, strips, allowed, primitive + code / 1000});
     }
   });
+}
+
+std::vector<Sight> RayTracing::SampleRays() const {
+  std::vector<Sight> rays;
+  for (const TestedCells& cells : tested_) {
+    for (std::size_t n = kSampleStride / 2; n < cells.cellsI * cells.cellsJ; n += kSampleStride) {
+      const std::size_t place = cells.PlaceOf(n);
+      if (!(cells.angle[place] > input_.PlumeLimitAngle)) rays.push_back(cells.CentreOf(place) - origin_);
+    }
+  }
+  return rays;
 }
 
 std::vector<Chunk> RayTracing::Chunks() const {
@@ -221,77 +240,80 @@ std::vector<Chunk> RayTracing::Chunks() const {
   return chunks;
 }
 
-RaySample RayTracing::Sample() const {
-  constexpr std::size_t kStride = 23;
-  RaySample sample;
-  for (const TestedCells& cells : tested_) {
-    const std::size_t total = cells.cellsI * cells.cellsJ;
-    for (std::size_t n = kStride / 2; n < total; n += kStride) {
-      const std::size_t cell = (n / cells.cellsJ + 1) * cells.rowLength + n % cells.cellsJ + 1;
-      if (cells.angle[cell] > input_.PlumeLimitAngle) continue;
-      sample.rays.push_back(Sight{cells.centre[0][cell], cells.centre[1][cell], cells.centre[2][cell]} - origin_);
-    }
-  }
-  sample.total = static_cast<double>(sample.rays.size() * kStride);
-  return sample;
-}
-
+// Writes the cells of the chunk as if all rays were free, and finds what they hit.
 void RayTracing::FindHits(const Chunk& chunk, const RayIndex& index, ChunkResult& result) const {
   const TestedCells& cells = *chunk.cells;
-  const double limit = input_.PlumeLimitAngle;
-  result.cells = &cells;
   result.hits.clear();
   result.rays = 0;
   result.beyond = 0;
   for (std::size_t done = 0; done < chunk.count;) {
-    const std::size_t i = (chunk.first + done) / cells.cellsJ;
-    const std::size_t j = (chunk.first + done) % cells.cellsJ;
-    const std::size_t count = std::min(cells.cellsJ - j, chunk.count - done);
-    const std::size_t begin = (i + 1) * cells.rowLength + j + 1;
-    const int column = static_cast<int>(i) + 1;
-    for (std::size_t cell = begin; cell < begin + count; ++cell) {
-      cells.shadowDistance[cell] = cells.distance[cell];
-      const bool beyond = cells.angle[cell] > limit;
-      cells.flag[cell] = beyond ? 0.5 : 0;
-      result.beyond += beyond ? 1 : 0;
+    const std::size_t n = chunk.first + done;
+    const std::size_t restOfColumn = std::min(cells.cellsJ - n % cells.cellsJ, chunk.count - done);
+    const int column = static_cast<int>(n / cells.cellsJ) + 1;
+    const std::size_t begin = cells.PlaceOf(n);
+    for (std::size_t place = begin; place < begin + restOfColumn; ++place) {
+      const bool beyond = cells.angle[place] > input_.PlumeLimitAngle;
+      cells.shadowDistance[place] = cells.distance[place];
+      cells.flag[place] = beyond ? 0.5 : 0;
+      ++(beyond ? result.beyond : result.rays);
       if (beyond) continue;
-      ++result.rays;
-      const Sight ray = Sight{cells.centre[0][cell], cells.centre[1][cell], cells.centre[2][cell]} - origin_;
+      const Sight ray = cells.CentreOf(place) - origin_;
       const std::size_t before = result.hits.size();
-      index.FindHits(ray, cells.primitive, column,
-                     [&](std::uint32_t strip, double t) { result.hits.push_back({cell, strip, t}); });
+      index.FindHits(ray, cells.primitive, column, [&](std::uint32_t strip, double t) {
+        result.hits.push_back({place, strip, t});
+      });
       if (result.hits.size() == before) continue;
       const double length = vNorm(Vector3(ray.x, ray.y, ray.z));
       for (std::size_t h = before; h < result.hits.size(); ++h) result.hits[h].distance *= length;
     }
-    done += count;
+    done += restOfColumn;
   }
 }
 
-void RayTracing::ChooseHits(const ChunkResult& result) {
+void RayTracing::ChooseHits(const Chunk& chunk, const ChunkResult& result) {
   report_.raysCast += result.rays;
   report_.cellsBeyond += result.beyond;
-  const std::span<const StoppedRay> hits = result.hits;
-  const int places = input_.NumberOfPrimitives;
+  const std::span<const Hit> hits = result.hits;
   for (std::size_t begin = 0, end = 0; begin < hits.size(); begin = end) {
-    while (end < hits.size() && hits[end].cell == hits[begin].cell) ++end;
-    const StoppedRay* hit = cache_.First(hits.subspan(begin, end - begin), roles_, places);
+    while (end < hits.size() && hits[end].place == hits[begin].place) ++end;
+    const Hit* hit = cache_.First(hits.subspan(begin, end - begin), roles_, input_.NumberOfPrimitives);
     if (hit == nullptr) continue;
     const StripRole& role = roles_[hit->strip];
-    result.cells->shadowDistance[hit->cell] = hit->distance;
-    result.cells->flag[hit->cell] = role.flag;
+    chunk.cells->shadowDistance[hit->place] = hit->distance;
+    chunk.cells->flag[hit->place] = role.flag;
     cache_.Remember(role);
     ++report_.cellsShadowed;
   }
 }
 
+void RayTracing::Trace(const RayIndex& index) {
+  const std::vector<Chunk> chunks = Chunks();
+  // As many chunks are on their way as there are results.
+  std::vector<ChunkResult> results(4 * static_cast<std::size_t>(tbb::this_task_arena::max_concurrency()));
+  const auto resultOf = [&results](std::size_t chunk) -> ChunkResult& { return results[chunk % results.size()]; };
+  std::size_t next = 0;
+  const auto take = [&](tbb::flow_control& flow) {
+    if (next == chunks.size()) flow.stop();
+    return next++;
+  };
+  const auto find = [&](std::size_t chunk) {
+    FindHits(chunks[chunk], index, resultOf(chunk));
+    return chunk;
+  };
+  const auto choose = [&](std::size_t chunk) { ChooseHits(chunks[chunk], resultOf(chunk)); };
+  tbb::parallel_pipeline(results.size(),
+                         tbb::make_filter<void, std::size_t>(tbb::filter_mode::serial_in_order, take) &
+                             tbb::make_filter<std::size_t, std::size_t>(tbb::filter_mode::parallel, find) &
+                             tbb::make_filter<std::size_t, void>(tbb::filter_mode::serial_in_order, choose));
+}
+
 void RayTracing::Compute(RayTracingState& state) {
   const std::vector<double> counts = StripCounts();
-  order_ = PrimitiveOrder(counts);
+  const std::vector<int> order = PrimitiveOrder(counts);
   state.computedOnce = true;
   ReadOrigin();
-  for (std::size_t place = 1; place < order_.size(); ++place) {
-    const int b = order_[place];
+  for (std::size_t place = 1; place < order.size(); ++place) {
+    const int b = order[place];
     if (b == input_.ThrusterPrimitive) continue;
     AddObstacle(b, static_cast<int>(place), Cells::LoopCount(counts[static_cast<std::size_t>(b)]));
   }
@@ -299,29 +321,11 @@ void RayTracing::Compute(RayTracingState& state) {
   for (int k = first; k <= last; ++k) {
     if (k != input_.ThrusterPrimitive) AddTested(k);
   }
-  const std::vector<Chunk> chunks = Chunks();
-  const RaySample sample = Sample();
-  const RayIndex index(std::move(strips_), sample.rays, sample.total);
-  std::vector<ChunkResult> results(4 * static_cast<std::size_t>(tbb::this_task_arena::max_concurrency()));
-  std::size_t next = 0;
-  tbb::parallel_pipeline(
-      results.size(),
-      tbb::make_filter<void, std::size_t>(tbb::filter_mode::serial_in_order,
-                                          [&](tbb::flow_control& flow) {
-                                            if (next == chunks.size()) flow.stop();
-                                            return next++;
-                                          }) &
-          tbb::make_filter<std::size_t, std::size_t>(tbb::filter_mode::parallel,
-                                                     [&](std::size_t chunk) {
-                                                       FindHits(chunks[chunk], index, results[chunk % results.size()]);
-                                                       return chunk;
-                                                     }) &
-          tbb::make_filter<std::size_t, void>(tbb::filter_mode::serial_in_order, [&](std::size_t chunk) {
-            ChooseHits(results[chunk % results.size()]);
-          }));
+  const std::vector<Sight> sample = SampleRays();
+  Trace(RayIndex(std::move(strips_), sample, static_cast<double>(sample.size() * kSampleStride)));
 }
 
-int Hit(const SightStrip& strip, const Vector3& ray, double& t) {
+int Answer(const SightStrip& strip, const Vector3& ray, double& t) {
   const StripHit hit = HitsStrip(strip, ToSight(ray));
   t = hit.Parameter();
   return hit.halves != 0 ? 1 : 0;
@@ -331,7 +335,7 @@ int Hit(const SightStrip& strip, const Vector3& ray, double& t) {
 
 int RayTriangleHit(const Vector3& ray, const Vector3& a, const Vector3& b, const Vector3& c, double& t) {
   const SightTriangle triangle = {ToSight(a), ToSight(b), ToSight(c)};
-  return Hit(SightStrip(triangle, triangle), ray, t);
+  return Answer(SightStrip(triangle, triangle), ray, t);
 }
 
 int RayQuadHit(const Vector3& ray, const Vector3& origin, const Vector3& corner1, const Vector3& corner2,
@@ -339,7 +343,7 @@ int RayQuadHit(const Vector3& ray, const Vector3& origin, const Vector3& corner1
   std::array<double, 12> corners{};
   const std::array<const Vector3*, 4> all = {&corner1, &corner2, &corner3, &corner4};
   for (std::size_t n = 0; n < corners.size(); ++n) corners[n] = (*all[n / 3])(n % 3 + 1);
-  return Hit(SightStrip(ToSight(origin), corners), ray, t);
+  return Answer(SightStrip(ToSight(origin), corners), ray, t);
 }
 
 std::vector<int> PrimitiveOrder(std::span<const double> strips) {

@@ -13,6 +13,25 @@ bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
+// The power of ten just above an unsigned number that is not 0 in digits, to tell too large from too small.
+double DecimalMagnitude(std::string_view number) {
+  const std::size_t e = number.find_first_of("eE");
+  const std::string_view digits = number.substr(0, e);
+  double exponent = 0;
+  if (e != std::string_view::npos) {
+    const std::string_view power = number.substr(e + 1);
+    for (const char c : power) {
+      if (IsDigit(c)) exponent = exponent * 10 + (c - '0');
+    }
+    if (power.front() == '-') exponent = -exponent;
+  }
+  const std::size_t first = digits.find_first_not_of("0.");
+  if (first == std::string_view::npos) return -1;
+  const std::size_t dot = digits.find('.');
+  const double point = static_cast<double>(dot == std::string_view::npos ? digits.size() : dot);
+  return point - static_cast<double>(first) + exponent;
+}
+
 const char* BooleanText(bool value) {
   return value ? "True" : "False";
 }
@@ -90,10 +109,8 @@ double LeadingNumber(std::string_view text) {
   double value = 0;
   const auto result = std::from_chars(text.data() + mantissa, text.data() + end, value);
   if (result.ec == std::errc::result_out_of_range) {
-    // Too small reads as 0; too large cannot be held.
-    const std::size_t e = text.substr(0, end).find_first_of("eE");
-    if (e != std::string_view::npos && e + 1 < end && text[e + 1] == '-') return 0;
-    Raise(FailureNumber::Overflow);
+    if (DecimalMagnitude(text.substr(mantissa, end - mantissa)) > 0) Raise(FailureNumber::Overflow);
+    return 0;
   }
   return text[0] == '-' ? -value : value;
 }

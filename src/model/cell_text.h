@@ -74,8 +74,8 @@ class CellText {
   int commaDecimal() const { return commaDecimal_; }
   const Locale& locale() const { return locale_; }
 
-  // Where the text being read stands ("cell C9, model row 4"). While a place is set, words that read as 0 though they are
-  // no number, and lines with too few numbers, are logged with it; an empty text ends that.
+  // Where the text being read stands ("cell C9, model row 4"). While a place is set, words that read as 0 though they
+  // are no number, and lines with too few numbers, are logged with it; an empty text ends that.
   void setPlace(std::string place) { place_ = std::move(place); }
   ErrorPrompt& prompt() { return prompt_; }
 

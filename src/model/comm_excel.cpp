@@ -78,21 +78,9 @@ std::string CommExcel::ValueAt(int row, int column) {
 }
 
 CommExcel::Outcome CommExcel::Read(ModelData& model, Session& session) {
-  if (session.SourceMode >= 1) return Outcome::PlotFile;
   ForgetTitles(model);
-  for (;;) {
-    const bool attached = Attach(session);
-    if (attached) {
-      model.StartTime = clock_.Seconds();
-      ReadNames(model);
-      if (FindKeyword(model)) break;
-    }
-    if (!AskForAnotherSheet(model)) {
-      throw ModelNotFound{"The keyword " + std::string(kKeyword) + " is not on the sheet \"" + model.SheetName +
-                          "\" of the workbook \"" + model.WorkbookName + "\"."};
-    }
-  }
   for (int reading = 1;; ++reading) {
+    if (!LocateModel(model, session)) return Outcome::PlotFile;
     FindDatabase(model);
     CountPrimitives(model);
     FindTable1(model);
@@ -102,9 +90,24 @@ CommExcel::Outcome CommExcel::Read(ModelData& model, Session& session) {
     ReadDatabase(model);
     if (!model.DatabaseIsEmpty() || reading == 2) return Outcome::Model;
     prompt().dialogs().Tell("Comm Excel : Syncho with Excel malfunction. To re do loop ", "");
-    ReadNames(model);
-    if (!FindKeyword(model)) return Outcome::Model;
   }
+}
+
+// Attaches and finds the keyword, with another try as often as the user names another sheet. False when the plot file
+// was chosen instead.
+bool CommExcel::LocateModel(ModelData& model, Session& session) {
+  while (session.SourceMode < 1) {
+    if (Attach(session)) {
+      model.StartTime = clock_.Seconds();
+      ReadNames(model);
+      if (FindKeyword(model)) return true;
+    }
+    if (!AskForAnotherSheet(model)) {
+      throw ModelNotFound{"The keyword " + std::string(kKeyword) + " is not on the sheet \"" + model.SheetName +
+                          "\" of the workbook \"" + model.WorkbookName + "\"."};
+    }
+  }
+  return false;
 }
 
 void CommExcel::ForgetTitles(ModelData& model) {

@@ -49,8 +49,8 @@ struct ModelNotFound {
   std::string message;
 };
 
-// The name of a range in A1 notation, cut at the end of the sheet. A column above 256 brings a message and the abort question; the name is built all
-// the same.
+// The name of a range in A1 notation, cut at the end of the sheet. A column above 256 brings a message and the abort
+// question; the name is built all the same.
 std::string RangeName(int row1, int column1, int row2, int column2, ErrorPrompt& prompt);
 
 // Finds the model and its database in the active sheet and reads them. One object a session: the count of attach
@@ -75,6 +75,7 @@ class CommExcel {
   // Runs a statement against the spreadsheet; false when it failed, its number then being in lastFailure_.
   bool Try(const std::function<void()>& statement);
 
+  bool LocateModel(ModelData& model, Session& session);
   bool Attach(Session& session);
   void ReadNames(ModelData& model);
   bool FindKeyword(ModelData& model);

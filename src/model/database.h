@@ -17,7 +17,7 @@ struct Database {
   TextTable DatabaseCells;                 // row 0 .., column 0 .. 21
   std::vector<std::string> DatabaseLines;  // the raw tab-separated rows, from 0
   int NumberOfDatabaseRows = 0;
-  int firstRow = 1;     // place of the block on the sheet, for messages
+  int firstRow = 1;  // place of the block on the sheet, for messages
   int firstColumn = 1;
 
   // Where a cell of the block stands on the sheet, and in which table column.

@@ -1,7 +1,5 @@
 #include "model/directives.h"
 
-#include <algorithm>
-
 #include "numerics/text.h"
 
 namespace orv {
@@ -51,6 +49,22 @@ class DirectiveReader {
   std::vector<std::string>& captured_;
 };
 
+// Numbers up to the first word that reads as zero; element 0 is their count.
+std::vector<double> ReadTableList(std::string text, CellText& reader) {
+  std::vector<double> list(1);
+  reader.CleanNumberLine(text);
+  std::string_view rest = text;
+  while (!rest.empty() && list.size() <= kMaxTableList) {
+    const std::size_t blank = rest.find(' ');
+    const double value = reader.ReadNumber(rest.substr(0, blank));
+    if (value == 0) break;
+    list.push_back(value);
+    rest.remove_prefix(blank == std::string_view::npos ? rest.size() : rest.find_first_not_of(' ', blank));
+  }
+  list[0] = static_cast<double>(list.size() - 1);
+  return list;
+}
+
 }  // namespace
 
 Directives ParseDirectives(const std::string& DirectiveLine, CellText& reader, std::vector<std::string>& captured) {
@@ -60,12 +74,7 @@ Directives ParseDirectives(const std::string& DirectiveLine, CellText& reader, s
   if (line.Find("RO")) reader.Extract3(line.behind(), d.RotationFrom, d.RotationTo, d.RotationStep);
   d.NotHidden = line.Value("NO", d.NotHidden);
   d.Twall = line.Value("TW", d.Twall);
-  if (line.Find("TA")) {
-    int count = 0;
-    reader.SplitNumbers(line.behind(), d.TableList, count);
-    d.TableList.resize(static_cast<std::size_t>(std::min(count, kMaxTableList)) + 1);
-    d.TableList[0] = static_cast<double>(d.TableList.size() - 1);
-  }
+  if (line.Find("TA")) d.TableList = ReadTableList(line.behind(), reader);
   d.LogScale = line.Value("LO", d.LogScale);
   d.RectoOnly = line.Value("RE", d.RectoOnly);
   d.SpectrumMode = line.Value("SP", d.SpectrumMode);

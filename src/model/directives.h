@@ -52,7 +52,7 @@ inline constexpr std::array<DirectiveEntry, 11> kDirectives = {{
     {"MomentWC", "MO", "kept with the run"},
 }};
 
-inline constexpr int kMaxTableList = 100;
+inline constexpr std::size_t kMaxTableList = 100;
 
 // Reads the line. A prefix is found anywhere, also inside another word; `captured` receives a text for each prefix that
 // was found inside a word that does not begin with it, for the log.

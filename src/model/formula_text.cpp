@@ -202,21 +202,6 @@ std::string SharedFormula::At(CellPosition to) const {
   return out += rest_;
 }
 
-std::string FormulaFromXlsx(std::string_view stored) {
-  while (stored.starts_with(' ') || stored.starts_with('\n')) stored.remove_prefix(1);
-  if (stored.starts_with('=')) stored.remove_prefix(1);
-  std::string out = "=";
-  if (!Contains(stored, "_xl") && !Contains(stored, "~")) return out.append(stored);
-  for (const Piece& piece : Pieces(stored, false)) {
-    if (piece.kind == PieceKind::Word) {
-      out += WithoutStorePrefix(piece.text);
-    } else {
-      out += piece.text == "~" ? "," : piece.text;  // one writer leaves its own sign for a union
-    }
-  }
-  return out;
-}
-
 std::string QuotedSheetName(std::string_view name) {
   const bool plain =
       !name.empty() && !IsDigit(name[0]) && name[0] != '.' &&
@@ -288,7 +273,47 @@ std::string ReferenceFromBracket(std::string_view bracket) {
   return SheetPrefix(first, second) + first.cell + ":" + second.cell;
 }
 
+// "'Sheet 1':Last!" at piece k, as one writer spells a row of sheets whose names need quotes: "'Sheet 1:Last'!". Empty
+// when the pieces are something else.
+std::string SheetRow(const std::vector<Piece>& pieces, std::size_t k) {
+  const auto isName = [&](std::size_t n) {
+    return pieces[n].kind == PieceKind::QuotedName || pieces[n].kind == PieceKind::Word;
+  };
+  if (k + 3 >= pieces.size() || pieces[k + 1].text != ":" || pieces[k + 3].text != "!") return {};
+  if (!isName(k) || !isName(k + 2) || ReferenceAt(pieces, k)) return {};
+  if (pieces[k].kind == PieceKind::Word && pieces[k + 2].kind == PieceKind::Word) return {};
+  OpenReference first;
+  OpenReference last;
+  std::string_view firstText = pieces[k].text;
+  std::string_view lastText = pieces[k + 2].text;
+  first.sheet = TakeName(firstText, "");
+  last.sheet = TakeName(lastText, "");
+  return SheetPrefix(first, last);
+}
+
 }  // namespace
+
+std::string FormulaFromXlsx(std::string_view stored) {
+  while (stored.starts_with(' ') || stored.starts_with('\n')) stored.remove_prefix(1);
+  if (stored.starts_with('=')) stored.remove_prefix(1);
+  std::string out = "=";
+  const bool plain =
+      !Contains(stored, "_xl") && !Contains(stored, "~") && !Contains(stored, "':") && !Contains(stored, ":'");
+  if (plain) return out.append(stored);
+  const std::vector<Piece> pieces = Pieces(stored, false);
+  for (std::size_t k = 0; k < pieces.size(); ++k) {
+    const std::string sheets = SheetRow(pieces, k);
+    if (!sheets.empty()) {
+      out += sheets;
+      k += 3;
+    } else if (pieces[k].kind == PieceKind::Word) {
+      out += WithoutStorePrefix(pieces[k].text);
+    } else {
+      out += pieces[k].text == "~" ? "," : pieces[k].text;  // one writer leaves its own sign for a union
+    }
+  }
+  return out;
+}
 
 std::string FormulaFromOds(std::string_view stored) {
   const std::size_t equals = stored.find('=');

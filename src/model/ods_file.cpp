@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <map>
 #include <utility>
 #include <vector>
@@ -203,6 +204,7 @@ class TableReader {
     } else if (type == "boolean" && !stored.empty()) {
       cell.value = stored == "true" ? "TRUE" : "FALSE";
     } else if (ReadNumber(type, stored, number)) {
+      if (LostDigits(stored, number)) number = FullerNumber(node, number);
       cell.value = builder_.NumberText(number);
     } else if (stringValue) {
       cell.value = CutForCell(CleanUtf8(stringValue.value()));
@@ -212,6 +214,18 @@ class TableReader {
     // An empty text as result is stored as an empty paragraph.
     cell.hasResult = !type.empty() || !cell.value.empty() || node.child("text:p");
     return cell;
+  }
+
+  // One writer stores small numbers with 20 decimals and no exponent, which leaves 1.23456789012345E-13 eight digits.
+  static bool LostDigits(std::string_view stored, double number) {
+    return number != 0 && std::abs(number) < 1e-5 && stored.find_first_of("eE") == std::string_view::npos;
+  }
+
+  // The number that the cell shows, when it differs from the stored one by no more than the rounding to 20 decimals.
+  double FullerNumber(pugi::xml_node node, double number) const {
+    double shown = 0;
+    if (!ReadPlainNumber(ReplaceAll(CellParagraphs(node, builder_), ",", "."), shown)) return number;
+    return std::abs(shown - number) <= 0.51e-20 ? shown : number;
   }
 
   // The number behind a stored value, dates as their day.

@@ -71,7 +71,8 @@ class RotationTableReader {
 
   void ReadPairs(const std::string& list) {
     std::string separator;
-    std::string text = Trim(ReplaceAll(NormaliseNameSeparators(list, separator), separator, " "));
+    std::string text = NormaliseNameSeparators(list, separator);
+    text = Trim(ReplaceAll(text, separator, " "));
     int count = 0;
     while (!text.empty() && count < kMaxPairs) {
       double pair[2] = {};

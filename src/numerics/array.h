@@ -41,7 +41,8 @@ class Array {
   void Size(const std::array<Bounds, Rank>& bounds) {
     std::size_t total = 1;
     for (const Bounds& b : bounds) {
-      if (b.count() != 0 && total > std::numeric_limits<std::size_t>::max() / sizeof(T) / b.count()) {
+      constexpr auto most = static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max());
+      if (b.count() != 0 && total > most / sizeof(T) / b.count()) {
         Raise(FailureNumber::Overflow);
       }
       total *= b.count();

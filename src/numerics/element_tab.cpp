@@ -26,10 +26,11 @@ void ElementTab::operator()(int mode, const std::string& text, const std::string
       line_ += PadLeft(FormatNumber(Finite(value), format), width);
       ++columnCount_;
     } else if (mode == -1) {
-      sink_(line_);
-      line_.clear();
+      std::string line;
+      line.swap(line_);
       columnCount_ = 0;
       ++lineCount_;
+      sink_(line);
     }
   } catch (const RuntimeFailure&) {
     prompt_("ElementTab fail");

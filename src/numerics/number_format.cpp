@@ -93,7 +93,8 @@ struct Mask {
   int fixedBefore = 0;  // places that are always filled, counted from the first "0" to the point
   bool point = false;
   std::size_t exponent = std::string::npos;
-  int exponentDigits = 0;
+  int exponentPlaces = 0;
+  int exponentDigits = 0;  // printed always
 };
 
 Mask ReadMask(std::string_view text) {
@@ -104,7 +105,10 @@ Mask ReadMask(std::string_view text) {
     const char c = text[k];
     if (c == 'E' && k + 1 < text.size() && (text[k + 1] == '+' || text[k + 1] == '-')) {
       mask.exponent = k;
-      for (std::size_t m = k + 2; m < text.size() && (text[m] == '0' || text[m] == '#'); ++m) ++mask.exponentDigits;
+      for (std::size_t m = k + 2; m < text.size() && (text[m] == '0' || text[m] == '#'); ++m) {
+        ++mask.exponentPlaces;
+        if (text[m] == '0') ++mask.exponentDigits;
+      }
       break;
     }
     if (c == '.') mask.point = true;
@@ -141,7 +145,7 @@ std::string Fill(const Mask& mask, const Decimal& decimal, int exponent, bool ne
       const std::string digits = std::to_string(std::abs(exponent));
       out.append(static_cast<std::size_t>(std::max(0, mask.exponentDigits - static_cast<int>(digits.size()))), '0');
       out.append(digits);
-      k += 1 + static_cast<std::size_t>(mask.exponentDigits);
+      k += 1 + static_cast<std::size_t>(mask.exponentPlaces);
       continue;
     }
     if (c == '.' && !behindPoint) {

@@ -67,8 +67,11 @@ const char* Heading(Icon icon) {
 // workbook's text must not reach the terminal.
 std::string Lines(const std::string& text) {
   std::string out = ReplaceAll(ReplaceAll(text, "\r\n", "\n"), "\r", "\n");
-  for (char& c : out) {
-    if ((static_cast<unsigned char>(c) < 0x20 && c != '\n') || c == 0x7F) c = ' ';
+  for (std::size_t k = 0; k < out.size(); ++k) {
+    const auto byte = static_cast<unsigned char>(out[k]);
+    const bool highControl = byte == 0xC2 && k + 1 < out.size() && static_cast<unsigned char>(out[k + 1]) < 0xA0;
+    if ((byte < 0x20 && out[k] != '\n') || byte == 0x7F || highControl) out[k] = ' ';
+    if (highControl) out[k + 1] = ' ';
   }
   return ReplaceAll(out, "\n", "\n    ");
 }
@@ -132,11 +135,11 @@ std::string TerminalDialogs::Input(const std::string& prompt, const std::string&
   std::string reply = initial;
   Print(title, prompt, Icon::Question);
   if (Attended()) {
-    out_ << "  [" << initial << "] " << std::flush;
+    out_ << "  [" << Lines(initial) << "] " << std::flush;
     std::string line;
     if (std::getline(in_, line) && !line.empty()) reply = line;
   } else {
-    out_ << "    -> " << initial << '\n';
+    out_ << "    -> " << Lines(initial) << '\n';
   }
   messages_.push_back({"input", title, prompt, reply});
   return reply;

@@ -31,6 +31,10 @@ char32_t NextCharacter(std::string_view text, std::size_t& position) {
     }
     value = (value << 6U) | (next & 0x3FU);
   }
+  // Forms longer than needed, surrogates and values beyond the last character are no characters.
+  const bool forbidden = (length == 3 && (value < 0x800 || (value >= 0xD800 && value <= 0xDFFF))) ||
+                         (length == 4 && (value < 0x10000 || value > 0x10FFFF));
+  if (forbidden) length = 1;
   if (length == 1) value = lead;
   position += static_cast<std::size_t>(length);
   return value;
@@ -194,10 +198,7 @@ bool IsValidUtf8(std::string_view text) {
   for (std::size_t position = 0; position < text.size();) {
     const std::size_t start = position;
     const char32_t c = NextCharacter(text, position);
-    const std::size_t length = position - start;
-    if (length == 1 && c >= 0x80) return false;
-    if (length == 3 && (c < 0x800 || Between(c, 0xD800, 0xDFFF))) return false;
-    if (length == 4 && (c < 0x10000 || c > 0x10FFFF)) return false;
+    if (position - start == 1 && c >= 0x80) return false;
   }
   return true;
 }

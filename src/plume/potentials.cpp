@@ -88,7 +88,8 @@ class PotentialReader {
     std::size_t numberCount = 0;
     std::size_t nameCount = 0;
     std::string separator;
-    std::string rest = Trim(ReplaceAll(NormaliseNameSeparators(text, separator), separator, " "));
+    std::string rest = NormaliseNameSeparators(text, separator);
+    rest = Trim(ReplaceAll(rest, separator, " "));
     bool faulty = false;
     while (!rest.empty()) {
       const std::size_t blank = rest.find(' ');

@@ -23,8 +23,7 @@ constexpr int kMostHalves = 16;            // exponents up to 8 in steps of one 
 
 // Some targets and what they receive from.
 struct RedepositionTile {
-  const RedepositionSource* sources;
-  std::size_t sourceCount;
+  std::span<const RedepositionSource> sources;
   const RedepositionTargets* columns;
   double* rate;
   float* stored;
@@ -114,7 +113,7 @@ HWY_INLINE V PowerOf(D d, V x, int halves, double exponent) {
 }
 
 // One vector of targets against some sources in their order.
-HWY_INLINE void AddToVector(const RedepositionTile& tile, const RedepositionSource* sources, std::size_t count,
+HWY_INLINE void AddToVector(const RedepositionTile& tile, std::span<const RedepositionSource> sources,
                             const int* halves, std::size_t t) {
   const D d;
   const DF df;
@@ -130,7 +129,7 @@ HWY_INLINE void AddToVector(const RedepositionTile& tile, const RedepositionSour
   const V zero = hn::Zero(d);
   V rate = hn::LoadU(d, tile.rate + t);
   V stored = hn::PromoteTo(d, hn::LoadU(df, tile.stored + t));
-  for (std::size_t n = 0; n < count; ++n) {
+  for (std::size_t n = 0; n < sources.size(); ++n) {
     const RedepositionSource& source = sources[n];
     const V nx = hn::Set(d, source.nx);
     const V ny = hn::Set(d, source.ny);
@@ -165,15 +164,14 @@ HWY_INLINE void AddToVector(const RedepositionTile& tile, const RedepositionSour
 void AddToTile(const RedepositionTile& tile) {
   const std::size_t lanes = hn::Lanes(D());
   std::array<int, kSourceChunk> halves{};
-  for (std::size_t begin = 0; begin < tile.sourceCount; begin += kSourceChunk) {
-    const RedepositionSource* sources = tile.sources + begin;
-    const std::size_t count = std::min(kSourceChunk, tile.sourceCount - begin);
-    for (std::size_t n = 0; n < count; ++n) {
+  for (std::size_t begin = 0; begin < tile.sources.size(); begin += kSourceChunk) {
+    const auto sources = tile.sources.subspan(begin, std::min(kSourceChunk, tile.sources.size() - begin));
+    for (std::size_t n = 0; n < sources.size(); ++n) {
       const double twice = 2 * sources[n].exponent;
       const bool own = twice >= 0 && twice <= kMostHalves && twice == std::floor(twice);
       halves[n] = own ? static_cast<int>(twice) : -1;
     }
-    for (std::size_t t = tile.first; t < tile.last; t += lanes) AddToVector(tile, sources, count, halves.data(), t);
+    for (std::size_t t = tile.first; t < tile.last; t += lanes) AddToVector(tile, sources, halves.data(), t);
   }
 }
 
@@ -249,15 +247,14 @@ bool IsRegularSource(const RedepositionSource& source) {
          source.strength < kMostStrength;
 }
 
-void AddRedeposition(const RedepositionSource* sources, std::size_t count, RedepositionTargets& targets,
-                     std::size_t first, std::size_t last) {
+void AddRedeposition(std::span<const RedepositionSource> sources, RedepositionTargets& targets, std::size_t first,
+                     std::size_t last) {
   const double leastCosine = LeastCosineBelow90();
   const std::size_t firstVector = first / kVector;
   const std::size_t lastVector = (last + kVector - 1) / kVector;
   tbb::parallel_for(tbb::blocked_range<std::size_t>(firstVector, lastVector, kTileVectors),
                     [&](const tbb::blocked_range<std::size_t>& range) {
                       const RedepositionTile tile{sources,
-                                                  count,
                                                   &targets,
                                                   targets.rate.data(),
                                                   targets.stored.data(),

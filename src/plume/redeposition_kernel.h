@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 // Atoms that leave eroded cells and settle on others: all pairs of cells, which is where a redeposition run spends its
@@ -47,9 +48,9 @@ double RedepositionOfPair(const RedepositionSource& source, double x, double y, 
 bool IsRegularSource(const RedepositionSource& source);
 bool IsRegularCell(double x, double y, double z, double nx, double ny, double nz);
 
-// Adds what `count` regular sources bring to the regular targets `first` to `last` - 1, each target summing its sources
-// in their order, on all threads of the arena. The result depends neither on their number nor on the processor.
-void AddRedeposition(const RedepositionSource* sources, std::size_t count, RedepositionTargets& targets,
-                     std::size_t first, std::size_t last);
+// Adds what regular sources bring to the targets `first` (a multiple of 8) to `last` - 1, each target summing its
+// sources in their order, on all threads of the arena. The result depends neither on their number nor on the processor.
+void AddRedeposition(std::span<const RedepositionSource> sources, RedepositionTargets& targets, std::size_t first,
+                     std::size_t last);
 
 }  // namespace orv

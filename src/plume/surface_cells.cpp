@@ -1,6 +1,8 @@
 #include "plume/surface_cells.h"
 
+#include <algorithm>
 #include <cmath>
+#include <span>
 
 namespace orv {
 namespace {
@@ -23,6 +25,22 @@ bool HasEffects(double typeCode) {
 
 bool OnSecondFace(double typeCode, int j, int NJ) {
   return std::floor(typeCode) == kTwoSided && j > NJ / 2.0;
+}
+
+CellRange RangeOf(const Cells& cells, int primitive) {
+  const CellBlock& data = cells.CellData;
+  return {std::min(cells.CountI(primitive), data.cellsI()), std::min(cells.CountJ(primitive), data.cellsJ()),
+          data.rowLength()};
+}
+
+void ClearQuantity(Cells& cells, int primitive, int quantity) {
+  const CellRange range = RangeOf(cells, primitive);
+  const std::span<double> plane = cells.CellData.plane(quantity, primitive);
+  for (int i = 1; i <= range.countI; ++i) {
+    for (double& value : plane.subspan(range.at(i, 1), static_cast<std::size_t>(range.countJ))) {
+      if (value != 0) value = 0;
+    }
+  }
 }
 
 }  // namespace orv

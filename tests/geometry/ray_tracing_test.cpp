@@ -1,17 +1,16 @@
 #include "geometry/ray_tracing.h"
 
-#include <gtest/gtest.h>
-#include <tbb/global_control.h>
-
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <gtest/gtest.h>
 #include <limits>
 #include <numbers>
 #include <random>
 #include <string>
+#include <tbb/global_control.h>
 #include <vector>
 
 #include "geometry/cell_data.h"
@@ -641,6 +640,203 @@ TEST(RayIndexTest, FindsEveryStripThatARayHits) {
   }
   EXPECT_GT(hits, ORV_RANDOM_MODELS * 30);
   EXPECT_GT(beyond, ORV_RANDOM_MODELS * 30);
+}
+
+// A cylinder, cone or sphere of n columns round an axis, with the centres of its cells on the round surface.
+struct Round {
+  Sight middle;
+  Sight axis;
+  Sight e1;
+  Sight e2;
+  double foot;  // radii
+  double top;
+  bool ball;
+  Sight At(double u, double v) const {
+    const double angle = 2 * std::numbers::pi * u;
+    const double height = ball ? std::sin(std::numbers::pi * (v - 0.5)) : v - 0.5;
+    const double radius = ball ? foot * std::cos(std::numbers::pi * (v - 0.5)) : foot + v * (top - foot);
+    return middle + height * axis + radius * std::cos(angle) * e1 + radius * std::sin(angle) * e2;
+  }
+};
+
+class RandomModel {
+ public:
+  explicit RandomModel(std::uint32_t seed) : chance_(seed), model(2 + chance_.Below(7), 14, 9, 14) {
+    chance_.grid = chance_.OneIn(2);
+    size_ = std::array{3.0, 3.0, 1.0, 0.01, 1e4}[static_cast<std::size_t>(chance_.Below(5))];
+    model.SetThruster(chance_.OneIn(3) ? Sight{} : chance_.Point(size_));
+    axis_ = chance_.Any(1);
+    anyAngles_ = chance_.OneIn(4);
+    if (chance_.OneIn(8)) model.input.ThrusterPrimitive = 0;
+    if (chance_.OneIn(8)) --model.input.NumberOfPrimitives;
+    origin_ = model.input.ThrusterPrimitive == 0 ? Sight{} : model.thruster;
+    for (int k = 1; k <= model.cells.CellData.primitives(); ++k) AddPrimitive(k);
+    for (int k = 1; k <= model.cells.CellData.primitives(); ++k) {
+      if (k != model.input.ThrusterPrimitive && chance_.OneIn(3)) MoveCells(k);
+    }
+  }
+
+ private:
+  double Angle(const Sight& at) {
+    if (anyAngles_) return chance_.Between(0, 181);
+    const Sight ray = at - model.thruster;
+    return std::acos(std::clamp(Dot(ray, axis_) / Length(ray) / Length(axis_), -1.0, 1.0)) * 180 / std::numbers::pi;
+  }
+  void AddPrimitive(int k) {
+    if (k == model.input.ThrusterPrimitive) return model.SetCell(k, 1, 1, model.thruster);
+    if (chance_.OneIn(2)) return AddRound(k);
+    const int n = 1 + chance_.Below(14);
+    const int m = 1 + chance_.Below(9);
+    model.SetCounts(k, n, m);
+    const int strips = chance_.OneIn(2) ? 1 : chance_.OneIn(3) ? 2 : 1 + chance_.Below(14);
+    Corners corners{};
+    for (int s = 1; s <= strips; ++s) {
+      corners = chance_.Quadrilateral(origin_, size_);
+      quads_.push_back(corners);
+      model.AddStrip(k, corners);
+    }
+    for (int i = 1; i <= n; ++i) {
+      for (int j = 1; j <= m; ++j) {
+        const Sight at =
+            corners[0] + (i - 0.5) / n * (corners[1] - corners[0]) + (j - 0.5) / m * (corners[3] - corners[0]);
+        model.SetCell(k, i, j, at, Angle(at));
+      }
+    }
+  }
+  void AddRound(int k) {
+    Round round{};
+    round.middle = chance_.OneIn(5) ? origin_ : chance_.Point(size_);
+    round.axis = chance_.Point(size_);
+    const Sight side = Cross(round.axis, chance_.Any(1));
+    round.e1 = 1 / Length(side) * side;
+    const Sight other = Cross(round.axis, round.e1);
+    round.e2 = 1 / Length(other) * other;
+    round.foot = chance_.Between(0.1, 1) * size_;
+    round.top = chance_.OneIn(3) ? 0.0 : chance_.OneIn(2) ? round.foot : chance_.Between(0.1, 1) * size_;
+    round.ball = chance_.OneIn(4);
+    const int n = 3 + chance_.Below(12);
+    const int m = 1 + chance_.Below(9);
+    model.SetCounts(k, n, m);
+    for (int i = 1; i <= n; ++i) {
+      const double low = (i - 1.0) / n;
+      const double high = static_cast<double>(i) / n;
+      const Corners corners = {round.At(low, 0), round.At(high, 0), round.At(high, 1), round.At(low, 1)};
+      quads_.push_back(corners);
+      model.AddStrip(k, corners);
+      for (int j = 1; j <= m; ++j) {
+        const Sight at = round.At((i - 0.5) / n, (j - 0.5) / m);
+        model.SetCell(k, i, j, at, Angle(at));
+      }
+    }
+  }
+  // Hard rays in the place of the cells.
+  void MoveCells(int k) {
+    for (int i = 1; i <= model.cells.CountI(k); ++i) {
+      for (int j = 1; j <= model.cells.CountJ(k); ++j) {
+        const Sight at = chance_.End(origin_, quads_, size_);
+        model.SetCell(k, i, j, at, Angle(at));
+      }
+    }
+  }
+
+  Chance chance_;
+  double size_ = 1;
+  Sight axis_;
+  Sight origin_;
+  bool anyAngles_ = false;
+  std::vector<Corners> quads_;
+
+ public:
+  Model model;
+};
+
+// Flags and shadow distances of every cell, bit by bit, whatever the number of threads.
+TEST(RayTracingModels, AgreeWithThePlainForm) {
+  std::size_t shadowed = 0;
+  std::size_t rays = 0;
+  for (std::uint32_t seed = 0; seed < ORV_RANDOM_MODELS; ++seed) {
+    const std::size_t threads = std::array<std::size_t, 3>{1, 2, 7}[seed / 64 % 3];
+    const tbb::global_control control(tbb::global_control::max_allowed_parallelism, threads);
+    RandomModel random(seed);
+    Model& model = random.model;
+    model.input.PlumeLimitAngle = std::array{180.0, 180.0, 60.0, 25.0}[seed % 4];
+    model.input.NotHidden = std::array{0.0, 2.0, 3.0}[seed % 3];  // 2 computes: it is the first time
+    if (seed % 5 == 0) model.input.OnlyPrimitive = static_cast<int>(seed / 5) % model.input.NumberOfPrimitives + 1;
+    model.Forget();
+    model.Run();
+    const std::vector<std::uint64_t> shipped = model.Results();
+    model.Forget();
+    reference::PlainRayTracing(model.cells, model.input);
+    ASSERT_TRUE(shipped == model.Results()) << "seed " << seed;
+    ASSERT_TRUE(model.dialogs.boxes.empty());
+    shadowed += model.report.cellsShadowed;
+    rays += model.report.raysCast;
+  }
+  EXPECT_GT(shadowed, rays / 8);
+  EXPECT_LT(shadowed, rays / 8 * 7);
+}
+
+// A model of many chunks: the caches pass from one to the next in order.
+TEST(RayTracingModels, ManyCellsAreSearchedInOrder) {
+  Chance chance(77);
+  Model model(9, 150, 40, 150);
+  model.SetThruster({0.1, 0.2, -4});
+  for (int k = 2; k <= 9; ++k) {
+    const double z = 0.5 * k;
+    const int strips = k % 3 == 0 ? 1 : 30;
+    for (int s = 1; s <= strips; ++s) model.AddStrip(k, Model::Square(chance.Any(2) + Sight{0, 0, z}, 0.4));
+    model.SetCounts(k, 150, 40);
+    for (int i = 1; i <= 150; ++i) {
+      for (int j = 1; j <= 40; ++j) model.SetCell(k, i, j, {0.03 * i - 2, 0.1 * j - 2, z + 2}, 0.5 * (i + j));
+    }
+  }
+  for (const double limit : {180.0, 60.0}) {
+    model.input.PlumeLimitAngle = limit;
+    model.Forget();
+    reference::PlainRayTracing(model.cells, model.input);
+    const std::vector<std::uint64_t> plain = model.Results();
+    for (const std::size_t threads : {1, 2, 7}) {
+      const tbb::global_control control(tbb::global_control::max_allowed_parallelism, threads);
+      model.Forget();
+      model.Run();
+      ASSERT_TRUE(plain == model.Results()) << threads << " threads";
+    }
+    EXPECT_EQ(model.report.raysCast + model.report.cellsBeyond, 8U * 150 * 40);
+    EXPECT_GT(model.report.cellsShadowed, 2000U);
+  }
+}
+
+// Rays of every length and direction in a model that the routine sees as huge, so that the squares are small.
+TEST(RayIndexTest, FineSquaresMissNothing) {
+  for (std::uint32_t seed = 0; seed < 30; ++seed) {
+    Chance chance(1000 + seed);
+    std::vector<SightStrip> strips;
+    const Sight o = chance.Any(1);
+    for (int s = 0; s < 40; ++s) {
+      const Sight p = chance.Any(3);
+      const Sight e1 = chance.Any(s % 2 == 0 ? 0.05 : 4);
+      const Sight e2 = chance.Any(s % 3 == 0 ? 0.05 : 4);
+      strips.emplace_back(o, Flat({p, p + e1, p + e1 + e2, p + e2}));
+      strips.back().primitive = 1;
+      strips.back().column = s + 1;
+    }
+    std::vector<Sight> rays;
+    for (int n = 0; n < 3000; ++n) rays.push_back(chance.Any(5));
+    const RayIndex index(strips, rays, 2e5);
+    std::size_t hits = 0;
+    for (const Sight& ray : rays) {
+      std::vector<std::uint32_t> found;
+      index.FindHits(ray, 0, 0, [&found](std::uint32_t s, double) { found.push_back(s); });
+      std::sort(found.begin(), found.end());
+      std::vector<std::uint32_t> expected;
+      for (std::uint32_t s = 0; s < strips.size(); ++s) {
+        if (HitsStrip(strips[s], ray).halves != 0) expected.push_back(s);
+      }
+      ASSERT_EQ(found, expected) << "seed " << seed;
+      hits += found.size();
+    }
+    EXPECT_GT(hits, 300U);
+  }
 }
 
 }  // namespace

@@ -42,6 +42,14 @@ TEST(FormulaFromXlsx, DropsThePrefixesOfNewerFunctions) {
   EXPECT_EQ(FormulaFromXlsx("SUM(A1~B2)"), "=SUM(A1,B2)");
 }
 
+TEST(FormulaFromXlsx, PutsARowOfSheetsIntoOnePairOfQuotes) {
+  EXPECT_EQ(FormulaFromXlsx("SUM('Sheet 1':Last!A1:B2)"), "=SUM('Sheet 1:Last'!A1:B2)");
+  EXPECT_EQ(FormulaFromXlsx("SUM(First:'It''s'!A1)"), "=SUM('First:It''s'!A1)");
+  EXPECT_EQ(FormulaFromXlsx("SUM('Sheet 1:Last'!A1)"), "=SUM('Sheet 1:Last'!A1)");
+  EXPECT_EQ(FormulaFromXlsx("SUM(A1:'Sheet 1'!B2)"), "=SUM(A1:'Sheet 1'!B2)");
+  EXPECT_EQ(FormulaFromXlsx("'a':"), "='a':");
+}
+
 TEST(FormulaFromOds, TurnsReferencesIntoA1Notation) {
   EXPECT_EQ(FormulaFromOds("of:=SUM([.$B$1:.C1])"), "=SUM($B$1:C1)");
   EXPECT_EQ(FormulaFromOds("of:=[.A1]+[.B2]*2"), "=A1+B2*2");

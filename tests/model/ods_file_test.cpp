@@ -63,6 +63,23 @@ TEST(OdsFile, ReadsStoredValuesNotShownTexts) {
       "0.333333333333333\t0.15\t5\t45322\t45322.5208391204\t0.520833333333333\t30\tTRUE\tFALSE\tstored\ttext only\r\n");
 }
 
+TEST(OdsFile, RegainsTheDigitsThatAreLostInSmallNumbers) {
+  const auto value = [](const std::string& stored, const std::string& shown) {
+    return Rows(Row(Cell("<text:p>" + shown + "</text:p>",
+                         "office:value-type=\"float\" office:value=\"" + stored + "\"")))
+        .Value({1, 1});
+  };
+  EXPECT_EQ(value("0.00000000000012345679", "1.23456789012345E-13"), "1.23456789012345E-13");
+  EXPECT_EQ(value("-0.00000003333333333333", "-3,33333333333333E-08"), "-3.33333333333333E-08");
+  EXPECT_EQ(value("0.00000000000012", "1.20000000000491E-13"), "1.20000000000491E-13");
+  // Not from a text that shows less, another number or none.
+  EXPECT_EQ(value("0.00000000000012345679", "1.2E-13"), "1.2345679E-13");
+  EXPECT_EQ(value("0.00000000000012345679", "0.00"), "1.2345679E-13");
+  EXPECT_EQ(value("0.00000000000012345679", "small"), "1.2345679E-13");
+  EXPECT_EQ(value("1.60218E-019", "1.60E-19"), "1.60218E-19");
+  EXPECT_EQ(value("0.1", "0.10000000001"), "0.1");
+}
+
 TEST(OdsFile, ReadsIsoDatesAndDurations) {
   double days = 0;
   EXPECT_TRUE(ReadIsoDate("1899-12-30", days));

@@ -126,7 +126,7 @@ TEST(HostileWorkbook, OfNestedEntities) {
     const std::string before = "&a" + std::to_string(k - 1) + ";";
     entities.append("<!ENTITY a").append(std::to_string(k)).append(" \"").append(before).append(before).append("\">");
   }
-  entities += "<!ENTITY file SYSTEM \"file:///etc/passwd\">]>";
+  entities += "<!ENTITY file SYSTEM \"file:///secret.txt\">]>";
   const std::string sheet =
       entities + "<worksheet><sheetData><row><c t=\"str\"><v>&a39;&file;</v></c></row></sheetData></worksheet>";
   const WorkbookContents contents =

@@ -1,0 +1,148 @@
+#include "app/arguments.h"
+
+#include <gtest/gtest.h>
+#include <sstream>
+
+namespace orv {
+namespace {
+
+class ArgumentsTest : public ::testing::Test {
+ protected:
+  std::optional<Arguments> Parse(const std::vector<std::string>& words) {
+    std::vector<const char*> argv = {"orvvalis"};
+    for (const std::string& word : words) argv.push_back(word.c_str());
+    out.str("");
+    err.str("");
+    exitCode = -1;
+    return ParseArguments(static_cast<int>(argv.size()), argv.data(), out, err, exitCode);
+  }
+  void ExpectRefused(const std::vector<std::string>& words, const std::string& part = "") {
+    std::string line;
+    for (const std::string& word : words) line += word + " ";
+    EXPECT_FALSE(Parse(words)) << line;
+    EXPECT_EQ(exitCode, kExitUsage) << line;
+    EXPECT_EQ(err.str().substr(0, 10), "orvvalis: ") << line;
+    EXPECT_NE(err.str().find(part), std::string::npos) << line << err.str();
+    EXPECT_EQ(out.str(), "") << line;
+  }
+
+  std::ostringstream out, err;
+  int exitCode = -1;
+};
+
+TEST_F(ArgumentsTest, ExitCodes) {
+  EXPECT_EQ(kExitDone, 0);
+  EXPECT_EQ(kExitAborted, 1);
+  EXPECT_EQ(kExitUsage, 2);
+  EXPECT_EQ(kExitWorkbook, 3);
+  EXPECT_EQ(kExitOutput, 4);
+}
+
+TEST_F(ArgumentsTest, ARunNeedsAWorkbookAndAPlot) {
+  const auto a = Parse({"run", "model.xlsx", "--plot", "13"});
+  ASSERT_TRUE(a);
+  EXPECT_EQ(exitCode, 0);
+  EXPECT_EQ(a->command, Arguments::Command::Run);
+  EXPECT_EQ(a->workbook, "model.xlsx");
+  EXPECT_EQ(a->plot, 13);
+  EXPECT_EQ(a->sheet, "");
+  EXPECT_EQ(a->cell, "");
+  EXPECT_EQ(a->options, "");
+  EXPECT_FALSE(a->log);
+  EXPECT_FALSE(a->onQuestion);
+  EXPECT_FALSE(a->decimal);
+  EXPECT_FALSE(a->thousands);
+  EXPECT_TRUE(a->exports.empty());
+  EXPECT_FALSE(a->quiet);
+  ExpectRefused({"run", "model.xlsx"}, "--plot");
+  ExpectRefused({"run", "--plot", "13"}, "WORKBOOK");
+  ExpectRefused({}, "");
+  ExpectRefused({"fly"}, "");
+  ExpectRefused({"run", "model.xlsx", "--plot", "13", "second.xlsx"}, "second.xlsx");
+  ExpectRefused({"run", "model.xlsx", "--plot", "13", "--unknown"}, "--unknown");
+}
+
+TEST_F(ArgumentsTest, AllOptions) {
+  const auto a =
+      Parse({"run",           "--plot", "20",         "m.ods", "--sheet",   "My sheet", "--cell",      "B4",
+             "--options",     "L 3",    "--log",      "2",     "--case",    "A case",   "--out",       "there",
+             "--on-question", "abort",  "--settings", "set",   "--decimal", ",",        "--thousands", ".",
+             "--quiet"});
+  ASSERT_TRUE(a) << err.str();
+  EXPECT_EQ(a->workbook, "m.ods");
+  EXPECT_EQ(a->plot, 20);
+  EXPECT_EQ(a->sheet, "My sheet");
+  EXPECT_EQ(a->cell, "B4");
+  EXPECT_EQ(a->options, "L 3");
+  EXPECT_EQ(a->log, 2);
+  EXPECT_EQ(a->caseName, "A case");
+  EXPECT_EQ(a->outFolder, "there");
+  EXPECT_EQ(a->onQuestion, "abort");
+  EXPECT_EQ(a->settingsFolder, "set");
+  EXPECT_EQ(a->decimal, ",");
+  EXPECT_EQ(a->thousands, ".");
+  EXPECT_TRUE(a->quiet);
+}
+
+TEST_F(ArgumentsTest, ExportsMayBeRepeated) {
+  const auto a =
+      Parse({"run", "--export", "a.csv", "--export", "b.json", "m.xlsx", "--plot", "1", "--export", "c.VTP"});
+  ASSERT_TRUE(a) << err.str();
+  EXPECT_EQ(a->exports, (std::vector<std::string>{"a.csv", "b.json", "c.VTP"}));
+  EXPECT_EQ(a->workbook, "m.xlsx");
+  for (const char* name : {"a.txt", "csv", "a.xlsx", "a.csv.gz"}) {
+    ExpectRefused({"run", "m.xlsx", "--plot", "1", "--export", name}, name);
+  }
+}
+
+TEST_F(ArgumentsTest, PlotsAreThoseWithALabel) {
+  for (const char* plot : {"1", "13", "20", "31", "33", "57", "59", "63", "81", "90", "94", "95", "104"}) {
+    EXPECT_TRUE(Parse({"run", "m.xlsx", "--plot", plot})) << plot << err.str();
+  }
+  for (const char* plot : {"0", "-1", "32", "58", "82", "89", "105", "120", "1e1", "13.5", "abc", "", "99999999999"}) {
+    ExpectRefused({"run", "m.xlsx", "--plot", plot});
+  }
+}
+
+TEST_F(ArgumentsTest, ValuesAreChecked) {
+  ExpectRefused({"run", "m.xlsx", "--plot", "1", "--log", "3"});
+  ExpectRefused({"run", "m.xlsx", "--plot", "1", "--log", "-1"});
+  ExpectRefused({"run", "m.xlsx", "--plot", "1", "--log", "x"});
+  ExpectRefused({"run", "m.xlsx", "--plot", "1", "--on-question", "retry"});
+  ExpectRefused({"run", "m.xlsx", "--plot", "1", "--decimal", ";"});
+  ExpectRefused({"run", "m.xlsx", "--plot", "1", "--decimal", ""});
+  ExpectRefused({"run", "m.xlsx", "--plot"});
+  for (const char* log : {"0", "1", "2"}) EXPECT_TRUE(Parse({"run", "m.xlsx", "--plot", "1", "--log", log}));
+  for (const char* answer : {"ask", "ignore", "abort"}) {
+    EXPECT_TRUE(Parse({"run", "m.xlsx", "--plot", "1", "--on-question", answer}));
+  }
+}
+
+TEST_F(ArgumentsTest, ThePlotsCommand) {
+  const auto a = Parse({"plots"});
+  ASSERT_TRUE(a);
+  EXPECT_EQ(a->command, Arguments::Command::Plots);
+  ExpectRefused({"plots", "--plot", "1"});
+}
+
+TEST_F(ArgumentsTest, HelpAndVersionEndWell) {
+  for (const std::vector<std::string>& words :
+       {std::vector<std::string>{"--help"}, {"-h"}, {"run", "--help"}, {"plots", "--help"}, {"--version"}}) {
+    EXPECT_FALSE(Parse(words)) << words.back();
+    EXPECT_EQ(exitCode, kExitDone);
+    EXPECT_EQ(err.str(), "");
+    EXPECT_FALSE(out.str().empty());
+  }
+  Parse({"--version"});
+  EXPECT_EQ(out.str(), "OrvValis " ORV_VERSION "\n");
+  Parse({"--help"});
+  EXPECT_NE(out.str().find("Exit codes: 0 done, 1"), std::string::npos);
+  Parse({"run", "--help"});
+  for (const char* option : {"--sheet", "--cell", "--plot", "--options", "--log", "--case", "--out", "--export",
+                             "--on-question", "--settings", "--decimal", "--thousands", "--quiet"}) {
+    EXPECT_NE(out.str().find(option), std::string::npos) << option;
+  }
+}
+
+}  // namespace
+}  // namespace orv

@@ -35,7 +35,7 @@ class Listing {
   }
 
   void Print() {
-    file_.Print(HardBlanks(Trim(run_.plot.PlotTitle + " " + Trim(run_.model.ModelTitle))));
+    file_.Print(HardBlanks(Trim(Trim(run_.plot.PlotTitle) + " " + Trim(run_.model.ModelTitle))));
     file_.Print(HardBlanks(LabelOf(run_.ResultLabels, plot_)));
     const int only = Only();
     for (int p = 1; p <= LastPrimitive(run_); ++p) {
@@ -80,7 +80,7 @@ class Listing {
   }
 
   void PrintCell(int p, int i, int j) {
-    std::string row = NumberColumn(i, 9, kIndexWidth) + NumberColumn(j, 9, kIndexWidth);
+    std::string row = IndexColumn(i, kIndexWidth) + IndexColumn(j, kIndexWidth);
     for (const double value : Local(p, i, j)) row += NumberColumn(value, kDigits, kWidth);
     for (const int q : kPlaceAndNormal) row += NumberColumn(data_(p, i, j, q), kDigits, kWidth);
     for (const int q : {4, plot_, 9, 8, 10, 15, 16}) row += NumberColumn(data_(p, i, j, q), kDigits, kWidth);

@@ -121,6 +121,73 @@ Json MaterialsOf(const RunContext& run) {
           {"databaseRowsUsed", std::vector<int>(run.rowsUsed.rows().begin() + 1, run.rowsUsed.rows().end())}};
 }
 
+// Angles and weights of the automatic rotation.
+Json RotationOf(const RunContext& run) {
+  const auto& table = run.rotation.tables.RotPercentTable;
+  Json rows = Json::array();
+  const int count = static_cast<int>(std::clamp(table(-1, 2), 0.0, 360.0));
+  for (int k = 1; k <= count; ++k) rows.push_back({table(k, 1), table(k, 2)});
+  return {{"primitive", run.rotation.RotatingPrimitive},      {"name", run.rotation.RotatingName},
+          {"axis", run.geometry.rotation.RotationAxisLetter}, {"shift", table(-1, 1)},
+          {"steps", run.rotation.tables.RotationSteps},       {"table", std::move(rows)}};
+}
+
+// One object a step of the turn: its angle and the sums of quantities 22 to 81.
+Json RotationSumsOf(const RunContext& run) {
+  const auto& sums = run.stores.RotationSums;
+  Json steps = Json::array();
+  if (sums.values().size() <= 4) return steps;
+  for (int s = 1; s <= static_cast<int>(sums(0, 0)); ++s) {
+    Json step = {{"angle", sums(s, 0)}};
+    for (int q = 22; q <= 81; ++q) {
+      if (sums(s, q) != 0) step[std::to_string(q)] = sums(s, q);
+    }
+    steps.push_back(std::move(step));
+  }
+  return steps;
+}
+
+Json HeatFluxMaxOf(const RunContext& run) {
+  Json list = Json::array();
+  const auto& table = run.stores.HeatFluxMaxTable;
+  for (int p = 1; p <= std::min<int>(run.cells.numberPrimWithVolumic, static_cast<int>(table.bounds(0).upper)); ++p) {
+    list.push_back(table(p));
+  }
+  return list;
+}
+
+// Smallest and largest rate of every step, slot and primitive where any is not 0.
+Json RedepositionExtremaOf(const RunContext& run) {
+  Json list = Json::array();
+  const auto& extrema = run.stores.RedepositionExtrema;
+  if (extrema.values().empty() || run.plot.RedepositionOn == 0) return list;
+  const int primitives = std::min<int>(run.cells.numberPrimWithVolumic, static_cast<int>(extrema.bounds(3).upper));
+  for (int p = 1; p <= primitives; ++p) {
+    for (int slot = 1; slot <= 15; ++slot) {
+      for (int s = static_cast<int>(extrema.bounds(0).lower); s <= static_cast<int>(extrema.bounds(0).upper); ++s) {
+        const auto low = static_cast<double>(extrema(s, 1, slot, p));
+        const auto high = static_cast<double>(extrema(s, 2, slot, p));
+        if (high == 0) continue;
+        list.push_back({{"primitive", p}, {"slot", slot}, {"step", s}, {"min", low}, {"max", high}});
+      }
+    }
+  }
+  return list;
+}
+
+Json PlasmaOf(const RunContext& run) {
+  if (run.record.PlasmaText.empty()) return nullptr;
+  const RadioLink& link = run.record.plasma;
+  return {{"meanDensity", link.meanDensity},
+          {"area", link.area},
+          {"integral", {link.meanIntegral, link.maxIntegral, link.minIntegral}},
+          {"integralOfSquare", {link.meanSquare, link.maxSquare, link.minSquare}},
+          {"K1", RadioLink::K1(link.meanIntegral)},
+          {"K2", RadioLink::K2(link.meanSquare)},
+          {"phaseShiftDeg", RadioLink::PhaseShiftDeg(RadioLink::K1(link.meanIntegral), RadioLink::K2(link.meanSquare))},
+          {"text", SoftBlanks(run.record.PlasmaText)}};
+}
+
 }  // namespace
 
 void WriteJson(RunContext& run, const std::vector<TerminalDialogs::Message>& messages, std::ostream& out) {
@@ -138,6 +205,14 @@ void WriteJson(RunContext& run, const std::vector<TerminalDialogs::Message>& mes
   root["materials"] = MaterialsOf(run);
   root["shadow"] = {{"status", run.record.ShadowStatusText}};
   root["primitives"] = PrimitivesOf(run);
+  root["rotation"] = RotationOf(run);
+  root["rotationSums"] = RotationSumsOf(run);
+  root["heatFluxMax"] = HeatFluxMaxOf(run);
+  root["sputtering"] = run.record.SputterText;
+  root["redepositionExtrema"] = RedepositionExtremaOf(run);
+  root["plasma"] = PlasmaOf(run);
+  root["files"] = run.record.files;
+  root["filesSkipped"] = run.record.filesSkipped;
   Json shown = Json::array();
   for (const auto& m : messages) {
     shown.push_back({{"kind", m.kind}, {"title", m.title}, {"text", m.text}, {"answer", m.answer}});

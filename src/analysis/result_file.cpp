@@ -266,6 +266,11 @@ std::string NumberColumn(double value, int digits, std::size_t width) {
   return std::string(cell.size() < width ? width - cell.size() + 1 : 1, ' ') + cell;
 }
 
+std::string IndexColumn(std::ptrdiff_t index, std::size_t width) {
+  const std::string cell = std::to_string(index);
+  return std::string(cell.size() < width ? width - cell.size() + 1 : 1, ' ') + cell;
+}
+
 std::string ShortTitle(const RunContext& run, std::size_t characters) {
   return LeftCharacters(Trim(run.model.ModelTitle), characters);
 }

@@ -80,10 +80,11 @@ void SetFileTime(const std::string& name, const CivilTime& time);
 // A text that stays in one cell: blanks and control characters become hard blanks.
 std::string HardBlanks(std::string_view text);
 
-// Columns of a table: a blank, then a text padded on the right or a number of so many significant digits padded on the
-// left. An empty text gives one hard blank, so that the columns behind it stay in place.
+// Columns of a table: a blank, then a text padded on the right, or a number of so many significant digits or an index
+// padded on the left. An empty text gives one hard blank, so that the columns behind it stay in place.
 std::string TextColumn(std::string_view text, std::size_t width);
 std::string NumberColumn(double value, int digits, std::size_t width);
+std::string IndexColumn(std::ptrdiff_t index, std::size_t width);
 
 // The first characters of the trimmed model title.
 std::string ShortTitle(const RunContext& run, std::size_t characters);

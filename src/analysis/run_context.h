@@ -14,6 +14,7 @@
 #include "numerics/settings.h"
 #include "plume/effect_context.h"
 #include "plume/plume_models.h"
+#include "plume/radio_link.h"
 #include "plume/thruster_data.h"
 
 namespace orv {
@@ -59,6 +60,7 @@ struct RunRecord {
   std::string PlotButtonTip;
   std::string SputterText;                // averages of a turn, for titles and reports
   std::string PlasmaText;                 // effect of the plume on a radio link
+  RadioLink plasma;
   std::vector<std::string> files;         // result files written, full names
   std::vector<std::string> filesSkipped;  // result files that could not be written, with the cause
   RayTracingReport rays;

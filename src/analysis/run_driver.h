@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "analysis/later_phases.h"
+#include "analysis/run_phases.h"
 #include "analysis/run_context.h"
 
 namespace orv {

@@ -36,8 +36,7 @@ void PrintSteps(const RunContext& run, ReportFile& file) {
     file.Print(StepHeads(run, store(s, 0, 0, 0)));
     for (std::ptrdiff_t i = 1; i <= n; ++i) {
       for (std::ptrdiff_t j = 1; j <= m; ++j) {
-        std::string row = NumberColumn(static_cast<double>(i), 9, 3) + NumberColumn(static_cast<double>(j), 9, 3) +
-                          NumberColumn(store(s, i, j, 0), kDigits, kWidth);
+        std::string row = IndexColumn(i, 3) + IndexColumn(j, 3) + NumberColumn(store(s, i, j, 0), kDigits, kWidth);
         for (const int slot : kSlots) row += NumberColumn(store(s, i, j, slot), kDigits, kWidth);
         file.Print(row);
       }

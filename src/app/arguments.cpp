@@ -1,6 +1,9 @@
 #include "app/arguments.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
 #include <ostream>
 
 #include "analysis/cell_export.h"
@@ -45,6 +48,10 @@ std::string CheckSeparator(const std::string& text) {
   return text == "." || text == "," ? std::string() : "the decimal separator is \".\" or \",\"";
 }
 
+std::string CheckDate(const std::string& text) {
+  return ReadDate(text) ? std::string() : "\"" + text + "\" is no date such as 2026-03-31 or 2026-03-31T12:00:00";
+}
+
 void DescribeRun(CLI::App& run, Arguments& a) {
   run.add_option("WORKBOOK", a.workbook, "Workbook with the model: .xlsx, .ods or tab-separated text")->required();
   run.add_option("--sheet", a.sheet, "Sheet with the model (default: the sheet that was active when it was saved)");
@@ -74,10 +81,29 @@ void DescribeRun(CLI::App& run, Arguments& a) {
       ->check(CheckSeparator);
   run.add_option("--thousands", a.thousands,
                  "Thousands separator, one character, or the word none (default: the locale's)");
+  run.add_option("--date", a.date, "Date of the run, yyyy-mm-dd or yyyy-mm-ddThh:mm:ss, in place of the clock's")
+      ->check(CheckDate);
+  run.add_flag("--summary", a.summary, "Print the tables of all effects: heat, forces, moments, erosion, redeposition");
   run.add_flag("--quiet", a.quiet, "Print problems and questions only");
 }
 
 }  // namespace
+
+std::optional<CivilTime> ReadDate(const std::string& text) {
+  CivilTime time;
+  char rest = 0;
+  const int fields = std::sscanf(text.c_str(), "%4d-%2d-%2dT%2d:%2d:%2d%c", &time.year, &time.month, &time.day,
+                                 &time.hour, &time.minute, &time.second, &rest);
+  const bool dateOnly = fields == 3 && text.size() == 10;
+  const bool whole = fields == 6 && text.size() == 19;
+  const std::chrono::year_month_day day(std::chrono::year(time.year),
+                                        std::chrono::month(static_cast<unsigned>(std::max(0, time.month))),
+                                        std::chrono::day(static_cast<unsigned>(std::max(0, time.day))));
+  const bool clock =
+      time.hour >= 0 && time.hour < 24 && time.minute >= 0 && time.minute < 60 && time.second >= 0 && time.second < 60;
+  if (!(dateOnly || whole) || !day.ok() || time.year < 1900 || !clock) return std::nullopt;
+  return time;
+}
 
 std::optional<Arguments> ParseArguments(int argc, const char* const* argv, std::ostream& out, std::ostream& err,
                                         int& exitCode) {

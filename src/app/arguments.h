@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "numerics/environment.h"
+
 namespace orv {
 
 // Exit codes of the program.
@@ -31,8 +33,13 @@ struct Arguments {
   std::string settingsFolder;
   std::optional<std::string> decimal;
   std::optional<std::string> thousands;
+  std::optional<std::string> date;
+  bool summary = false;
   bool quiet = false;
 };
+
+// A date, or a date with its time, as --date takes it.
+std::optional<CivilTime> ReadDate(const std::string& text);
 
 // Reads the arguments. Without a value the program ends with `exitCode`: help and version were printed to `out`, or a
 // fault of usage was explained on `err`.

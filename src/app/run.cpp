@@ -1,3 +1,4 @@
+#include "analysis/effect_phases.h"
 #include "app/command_line.h"
 
 namespace orv {
@@ -24,7 +25,7 @@ class ArgumentSelection : public PlotSelection {
 bool RunModel(const Arguments& arguments, Session& session) {
   session.run().record.CaseText = arguments.caseName;
   ArgumentSelection selection(arguments);
-  RunPhases phases;
+  EffectPhases phases;
   const bool computed = a_SpaceApplication(session.run(), selection, phases);
   session.dialogs().EndProgress();
   return computed;

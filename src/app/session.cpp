@@ -27,6 +27,12 @@ TerminalDialogs::Options DialogOptions(const Arguments& arguments, const Setting
   return options;
 }
 
+std::unique_ptr<Clock> MakeClock(const Arguments& arguments) {
+  const std::optional<CivilTime> date = arguments.date ? ReadDate(*arguments.date) : std::nullopt;
+  if (date) return std::make_unique<DatedClock>(*date);
+  return std::make_unique<SystemClock>();
+}
+
 }  // namespace
 
 Locale ChooseLocale(const Arguments& arguments, const SettingsStore& settings) {
@@ -50,7 +56,8 @@ Session::Session(const Arguments& arguments, const Streams& streams)
       dialogs_(streams.in, streams.err, DialogOptions(arguments, settings_, streams.terminal)),
       prompt_(dialogs_),
       reader_(prompt_, ChooseLocale(arguments, settings_)),
-      run_(prompt_, reader_, settings_, clock_, settings_.OutputFolder()) {
+      clock_(MakeClock(arguments)),
+      run_(prompt_, reader_, settings_, *clock_, settings_.OutputFolder()) {
   if (!warning_.empty()) dialogs_.Tell(warning_, "Settings", Icon::Warning);
 }
 

@@ -28,7 +28,7 @@ class Session {
   TerminalDialogs& dialogs() { return dialogs_; }
   RunContext& run() { return run_; }
   CellText& reader() { return reader_; }
-  const Clock& clock() const { return clock_; }
+  const Clock& clock() const { return *clock_; }
   FileSettings& settings() { return settings_; }
 
  private:
@@ -37,7 +37,7 @@ class Session {
   TerminalDialogs dialogs_;
   ErrorPrompt prompt_;
   CellText reader_;
-  SystemClock clock_;
+  std::unique_ptr<Clock> clock_;
   RunContext run_;
 };
 

@@ -325,7 +325,7 @@ void RayTracing::Compute(RayTracingState& state) {
   Trace(RayIndex(std::move(strips_), sample, static_cast<double>(sample.size() * kSampleStride)));
 }
 
-int Answer(const SightStrip& strip, const Vector3& ray, double& t) {
+int ZeroOrOne(const SightStrip& strip, const Vector3& ray, double& t) {
   const StripHit hit = HitsStrip(strip, ToSight(ray));
   t = hit.Parameter();
   return hit.halves != 0 ? 1 : 0;
@@ -335,7 +335,7 @@ int Answer(const SightStrip& strip, const Vector3& ray, double& t) {
 
 int RayTriangleHit(const Vector3& ray, const Vector3& a, const Vector3& b, const Vector3& c, double& t) {
   const SightTriangle triangle = {ToSight(a), ToSight(b), ToSight(c)};
-  return Answer(SightStrip(triangle, triangle), ray, t);
+  return ZeroOrOne(SightStrip(triangle, triangle), ray, t);
 }
 
 int RayQuadHit(const Vector3& ray, const Vector3& origin, const Vector3& corner1, const Vector3& corner2,
@@ -343,7 +343,7 @@ int RayQuadHit(const Vector3& ray, const Vector3& origin, const Vector3& corner1
   std::array<double, 12> corners{};
   const std::array<const Vector3*, 4> all = {&corner1, &corner2, &corner3, &corner4};
   for (std::size_t n = 0; n < corners.size(); ++n) corners[n] = (*all[n / 3])(n % 3 + 1);
-  return Answer(SightStrip(ToSight(origin), corners), ray, t);
+  return ZeroOrOne(SightStrip(ToSight(origin), corners), ray, t);
 }
 
 std::vector<int> PrimitiveOrder(std::span<const double> strips) {

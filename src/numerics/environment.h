@@ -28,6 +28,16 @@ class SystemClock : public Clock {
   double Seconds() const override;
 };
 
+// The system's clock with the date and time fixed, for repeatable runs.
+class DatedClock : public SystemClock {
+ public:
+  explicit DatedClock(CivilTime time) : time_(time) {}
+  CivilTime Local() const override { return time_; }
+
+ private:
+  CivilTime time_;
+};
+
 class FixedClock : public Clock {
  public:
   explicit FixedClock(CivilTime time) : time_(time) {}

@@ -13,7 +13,10 @@ struct SputterInput {
 };
 
 struct SputterOutput {
-  std::string summary;        // smallest and largest average rate of the rotating primitive; kept without a turn
+  // Of the rotating primitive's turn; without a turn they stay as they are.
+  std::string summary;  // smallest and largest average rate, in words
+  double smallestAverage = 0;
+  double largestAverage = 0;  // m/s
   double SpectrumAngle = -1;  // degrees; -1 without a band
 };
 

@@ -16,15 +16,17 @@
 #include "geometry/cell_data.h"
 #include "geometry/ray_index.h"
 #include "reference/plain_ray_tracing.h"
+#include "support/random_strips.h"
 #include "support/scripted_dialogs.h"
 
 namespace orv {
 namespace {
 
+using testing::Chance;
+using testing::Corners;
+
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
-using Corners = std::array<Sight, 4>;
 
 // A model put together by hand. Primitive 1 is the thruster with one cell, as long as no test says otherwise.
 class Model {
@@ -201,7 +203,7 @@ Model TwoPlates() {
 
 TEST(RayTracing, CellBehindAPlate) {
   Model model = TwoPlates();
-  model.SetPlate(1, {0, 0, 0}, 9);  // strips of the thruster stop nothing
+  model.AddStrip(1, Model::Square({0, 0, 0.5}, 9));  // strips of the thruster stop nothing
   model.cells.CellData(1, 1, 1, 20) = 0.875;
   model.cells.CellData(1, 1, 1, 18) = 11;
   model.Run();
@@ -427,6 +429,7 @@ TEST(RayTracing, ObstacleIsGivenUpAtTheFirstColumnBeyondTheLimit) {
   EXPECT_EQ(flag({61, 20, 20}, 60, 1), 0);
   EXPECT_EQ(flag({200, 200, 200}, 180, 3), 2.003) << "never with a limit of 180";
   EXPECT_EQ(flag({200, 200, 200}, 179.5, 3), 2.003) << "179 of the first row is inside";
+  EXPECT_EQ(flag({20, 179, 20}, 178, 3), 0);
 }
 
 TEST(RayTracing, WhatLiesOutsideOfTheArraysIsToldOnceAndLeftOut) {
@@ -472,175 +475,9 @@ TEST(RayTracing, EmptyModels) {
   EXPECT_TRUE(model.dialogs.boxes.empty());
 }
 
-// ---- Random models against the plain form ----
-
-// Numbers, points and quadrilaterals of the kinds that are hard: whole numbers, so that exact zeros are common, planes
-// through the thruster, points on surfaces, slivers, and numbers that are very large, very small or none.
-class Chance {
- public:
-  explicit Chance(std::uint32_t seed) : random_(seed) {}
-
-  int Below(int n) { return static_cast<int>(random_() % static_cast<std::uint32_t>(n)); }
-  bool OneIn(int n) { return Below(n) == 0; }
-  double Between(double low, double high) { return low + (high - low) * (random_() / 4294967296.0); }
-  Sight Whole() { return {Below(7) - 3.0, Below(7) - 3.0, Below(7) - 3.0}; }
-  Sight Any(double size) { return {Between(-size, size), Between(-size, size), Between(-size, size)}; }
-  Sight Point(double size) { return grid ? size / 3 * Whole() : Any(size); }
-  double Odd() {
-    const std::array odd = {kNaN, kInfinity, -kInfinity, 1e300, 1e-300, 1e160, 1e-160, 5e-324, 1e60, 1e-60, 0.0};
-    return odd[static_cast<std::size_t>(Below(static_cast<int>(odd.size())))];
-  }
-  double Tiny() { return std::pow(10.0, Between(-18, -1)) * (OneIn(2) ? 1 : -1); }
-
-  Corners Quadrilateral(const Sight& o, double size) {
-    const Sight p = Point(size);
-    const Sight e1 = Point(size);
-    const Sight e2 = Point(size);
-    const double thin = OneIn(3) ? Tiny() : 1;
-    switch (Below(12)) {
-      case 0:  // a plane through the thruster, which is beside it
-        return {o + e1 + e2, o + 2 * e1 + e2, o + 2 * e1 + 2 * e2, o + e1 + 2 * e2};
-      case 1: {  // the thruster on it, at its side or its corner
-        const double x = grid ? Below(3) : Between(-0.2, 2);
-        const double y = grid ? Below(3) : Between(-0.2, 2);
-        const Sight first = o - x * e1 - y * e2;
-        return {first, first + 2 * e1, first + 2 * e1 + 2 * e2, first + 2 * e2};
-      }
-      case 2: {  // nearly so
-        const Sight off = Tiny() * Cross(e1, e2);
-        return {o + off - e1 - e2, o + off + e1 - e2, o + off + e1 + e2, o + off - e1 + e2};
-      }
-      case 3:  // a sliver
-        return {p, p + e1, p + e1 + thin * e2, p + thin * e2};
-      case 4:  // with corners in one place, or nearly
-        return {p, p + thin * Any(1e-16), p + e1 + e2, p + e1 + (OneIn(2) ? e2 : (1 + 1e-16) * e2)};
-      case 5:  // with corners in one line
-        return {p, p + e1, p + 2 * e1, p + 3 * e1 + (OneIn(2) ? 1e-17 : 0.0) * e2};
-      case 6:  // a fan from the thruster
-        return {o, o, o + e1 + thin * e2, o + e1};
-      case 7:  // twisted
-        return {Point(size), Point(size), Point(size), Point(size)};
-      case 8: {  // an odd number
-        Corners corners = {p, p + e1, p + e1 + e2, p + e2};
-        corners[static_cast<std::size_t>(Below(4))].x = Odd();
-        return corners;
-      }
-      case 9: {  // huge or tiny
-        const double scale = OneIn(2) ? 1e6 : 1e-6;
-        return {p, p + scale * e1, p + scale * e1 + scale * e2, p + scale * e2};
-      }
-      default:
-        return {p, p + e1, p + e1 + e2, p + e2};
-    }
-  }
-
-  // The end of a ray, often where one of the strips makes it hard.
-  Sight End(const Sight& o, const std::vector<Corners>& strips, double size) {
-    if (strips.empty() || OneIn(6)) return Point(size);
-    const Corners& q = strips[static_cast<std::size_t>(Below(static_cast<int>(strips.size())))];
-    const auto corner = [&]() { return q[static_cast<std::size_t>(Below(4))]; };
-    const std::array far = {2.0, 1.0, 0.5, -1.0, 4.0, 1.5, 100.0, 1e-3};
-    const double reach = far[static_cast<std::size_t>(Below(static_cast<int>(far.size())))];
-    const double u = Between(0, 1);
-    const double v = Between(0, 1);
-    switch (Below(9)) {
-      case 0:  // through a corner
-        return o + reach * (corner() - o);
-      case 1:  // through a side
-        return o + reach * (0.5 * (corner() + corner()) - o);
-      case 2:  // through the inside
-        return o + reach * (q[0] + u * (q[1] - q[0]) + v * (q[3] - q[0]) - o);
-      case 3:  // in the plane of the thruster and two corners
-        return o + Between(-2, 2) * (corner() - o) + Between(-2, 2) * (corner() - o);
-      case 4:  // beside a corner
-        return o + reach * (corner() + Any(1e-9) - o);
-      case 5: {  // along an axis or a diagonal of the cube
-        const Sight way = {Below(3) - 1.0, Below(3) - 1.0, Below(3) - 1.0};
-        return o + (grid ? 1.0 + Below(4) : Between(0, size)) * way;
-      }
-      case 6: {  // an odd number
-        Sight end = corner();
-        (OneIn(2) ? end.y : end.z) = Odd();
-        return end;
-      }
-      case 7:  // very short or very long
-        return o + std::pow(10.0, Between(-60, 60)) * (corner() - o);
-      default:
-        return corner();
-    }
-  }
-
-  bool grid = false;
-
- private:
-  std::mt19937 random_;
-};
-
-std::array<double, 12> Flat(const Corners& corners) {
-  std::array<double, 12> flat{};
-  for (std::size_t n = 0; n < 4; ++n) {
-    flat[3 * n] = corners[n].x;
-    flat[3 * n + 1] = corners[n].y;
-    flat[3 * n + 2] = corners[n].z;
-  }
-  return flat;
-}
-
-std::uint64_t BitsOf(double value) {
-  return std::bit_cast<std::uint64_t>(value);
-}
-
 #ifndef ORV_RANDOM_MODELS
 #define ORV_RANDOM_MODELS 4000
 #endif
-
-// The index finds exactly the strips that a test of all of them finds, and the test is the plain one, bit by bit.
-TEST(RayIndexTest, FindsEveryStripThatARayHits) {
-  std::size_t hits = 0;
-  std::size_t beyond = 0;
-  for (std::uint32_t seed = 0; seed < ORV_RANDOM_MODELS; ++seed) {
-    Chance chance(seed);
-    chance.grid = chance.OneIn(2);
-    const double size = std::array{3.0, 3.0, 1.0, 0.01, 1e4}[static_cast<std::size_t>(chance.Below(5))];
-    const Sight o = chance.OneIn(3) ? Sight{} : chance.Point(size * (chance.OneIn(4) ? 1000 : 1));
-    std::vector<Corners> quads;
-    std::vector<SightStrip> strips;
-    const int count = 1 + chance.Below(20);
-    for (int s = 0; s < count; ++s) {
-      quads.push_back(chance.Quadrilateral(o, size));
-      strips.emplace_back(o, Flat(quads.back()));
-      strips.back().primitive = 1 + s / 4;
-      strips.back().column = s / 4 == 1 ? 0 : s % 4 + 1;
-    }
-    std::vector<Sight> rays;
-    for (int n = 0; n < 150; ++n) rays.push_back(chance.End(o, quads, size) - o);
-    const std::vector<Sight> sample(rays.begin(), rays.begin() + chance.Below(30));
-    const RayIndex index(strips, sample, chance.OneIn(2) ? 150 : 20000);
-    for (const Sight& ray : rays) {
-      const int ownPrimitive = chance.Below(4);
-      const int ownColumn = chance.Below(5);
-      std::vector<std::pair<std::uint32_t, std::uint64_t>> found;
-      index.FindHits(ray, ownPrimitive, ownColumn,
-                     [&](std::uint32_t s, double t) { found.emplace_back(s, BitsOf(t)); });
-      std::sort(found.begin(), found.end());
-      std::vector<std::pair<std::uint32_t, std::uint64_t>> expected;
-      for (std::uint32_t s = 0; s < strips.size(); ++s) {
-        if (strips[s].primitive == ownPrimitive && (strips[s].column == 0 || strips[s].column == ownColumn)) continue;
-        std::array<reference::PlainVector, 5> p{};
-        for (std::size_t n = 0; n < 4; ++n) p[n + 1] = {quads[s][n].x, quads[s][n].y, quads[s][n].z};
-        double t = 0;
-        if (reference::PlainQuadHit({ray.x, ray.y, ray.z}, {o.x, o.y, o.z}, p, t) == 1) {
-          expected.emplace_back(s, BitsOf(t));
-        }
-      }
-      ASSERT_EQ(found, expected) << "seed " << seed << " ray " << ray.x << ' ' << ray.y << ' ' << ray.z;
-      hits += found.size();
-      beyond += found.empty() ? 1 : 0;
-    }
-  }
-  EXPECT_GT(hits, ORV_RANDOM_MODELS * 30);
-  EXPECT_GT(beyond, ORV_RANDOM_MODELS * 30);
-}
 
 // A cylinder, cone or sphere of n columns round an axis, with the centres of its cells on the round surface.
 struct Round {
@@ -683,7 +520,10 @@ class RandomModel {
     return std::acos(std::clamp(Dot(ray, axis_) / Length(ray) / Length(axis_), -1.0, 1.0)) * 180 / std::numbers::pi;
   }
   void AddPrimitive(int k) {
-    if (k == model.input.ThrusterPrimitive) return model.SetCell(k, 1, 1, model.thruster);
+    if (k == model.input.ThrusterPrimitive) {
+      model.AddStrip(k, chance_.Quadrilateral(origin_, size_));
+      return model.SetCell(k, 1, 1, model.thruster);
+    }
     if (chance_.OneIn(2)) return AddRound(k);
     const int n = 1 + chance_.Below(14);
     const int m = 1 + chance_.Below(9);
@@ -803,39 +643,6 @@ TEST(RayTracingModels, ManyCellsAreSearchedInOrder) {
     }
     EXPECT_EQ(model.report.raysCast + model.report.cellsBeyond, 8U * 150 * 40);
     EXPECT_GT(model.report.cellsShadowed, 2000U);
-  }
-}
-
-// Rays of every length and direction in a model that the routine sees as huge, so that the squares are small.
-TEST(RayIndexTest, FineSquaresMissNothing) {
-  for (std::uint32_t seed = 0; seed < 30; ++seed) {
-    Chance chance(1000 + seed);
-    std::vector<SightStrip> strips;
-    const Sight o = chance.Any(1);
-    for (int s = 0; s < 40; ++s) {
-      const Sight p = chance.Any(3);
-      const Sight e1 = chance.Any(s % 2 == 0 ? 0.05 : 4);
-      const Sight e2 = chance.Any(s % 3 == 0 ? 0.05 : 4);
-      strips.emplace_back(o, Flat({p, p + e1, p + e1 + e2, p + e2}));
-      strips.back().primitive = 1;
-      strips.back().column = s + 1;
-    }
-    std::vector<Sight> rays;
-    for (int n = 0; n < 3000; ++n) rays.push_back(chance.Any(5));
-    const RayIndex index(strips, rays, 2e5);
-    std::size_t hits = 0;
-    for (const Sight& ray : rays) {
-      std::vector<std::uint32_t> found;
-      index.FindHits(ray, 0, 0, [&found](std::uint32_t s, double) { found.push_back(s); });
-      std::sort(found.begin(), found.end());
-      std::vector<std::uint32_t> expected;
-      for (std::uint32_t s = 0; s < strips.size(); ++s) {
-        if (HitsStrip(strips[s], ray).halves != 0) expected.push_back(s);
-      }
-      ASSERT_EQ(found, expected) << "seed " << seed;
-      hits += found.size();
-    }
-    EXPECT_GT(hits, 300U);
   }
 }
 

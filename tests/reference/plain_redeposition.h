@@ -11,11 +11,11 @@
 namespace orv::reference {
 
 struct PlainEmitter {
-  double x, y, z;        // place
-  double nx, ny, nz;     // normal
+  double x, y, z;     // place
+  double nx, ny, nz;  // normal
   double atomsPerSecond;
-  double beta;           // exponent of the cosine law
-  double atomicVolume;   // m3
+  double beta;          // exponent of the cosine law
+  double atomicVolume;  // m3
 };
 
 struct PlainReceiver {

@@ -1,11 +1,13 @@
+#include <algorithm>
 #include <filesystem>
-#include <iomanip>
 #include <ostream>
 
 #include "analysis/cell_export.h"
 #include "analysis/result_labels.h"
 #include "analysis/summary.h"
 #include "app/command_line.h"
+#include "app/effect_tables.h"
+#include "app/terminal_table.h"
 #include "numerics/number_format.h"
 #include "numerics/paths.h"
 #include "numerics/text.h"
@@ -13,36 +15,24 @@
 namespace orv {
 namespace {
 
-std::string Fit(const std::string& text, std::size_t width) {
-  const std::size_t length = CharacterCount(text);
-  if (length > width) return LeftCharacters(text, width - 1) + "~";
-  return text + std::string(width - length, ' ');
-}
-
-std::string Right(const std::string& text, std::size_t width) {
-  const std::size_t length = CharacterCount(text);
-  return length >= width ? text : std::string(width - length, ' ') + text;
-}
-
 // One row a primitive: extremes of the plotted quantity.
 void PrintPrimitives(RunContext& run, std::ostream& out) {
   const int quantity = static_cast<int>(run.plot.IndexPlot);
-  out << "\n" << LabelOf(run.ResultLabels, quantity) << " on each primitive\n";
-  out << "   n  " << Fit("name", 22) << Fit("material", 18) << Right("cells", 8) << Right("min", 13) << Right("max", 13)
-      << Right("area m2", 11) << "\n";
+  out << '\n' << LabelOf(run.ResultLabels, quantity) << " on each primitive\n";
+  TerminalTable table({"n", "name", "material", "cells", "min", "max", "area m2"}, 3);
   for (int p = 1; p <= run.cells.numberPrimWithVolumic; ++p) {
     const QuantitySummary s = SummariseQuantity(run, p, quantity);
-    const int row = std::min(p, run.model.NumberOfPrimitives);
-    out << Right(std::to_string(p), 4) << "  " << Fit(run.PrimitiveNames[static_cast<std::size_t>(p)], 21) << ' '
-        << Fit(Trim(run.model.ModelCells(row, 1)), 17) << ' '
-        << Right(std::to_string(run.cells.CountI(p) * run.cells.CountJ(p)), 8);
+    std::vector<std::string> row = {std::to_string(p), run.PrimitiveNames[static_cast<std::size_t>(p)],
+                                    Trim(run.model.ModelCells(std::min(p, run.model.NumberOfPrimitives), 1)),
+                                    std::to_string(run.cells.CountI(p) * run.cells.CountJ(p))};
     if (p == run.thruster.ThrusterPrimitive) {
-      out << Right("thruster", 13) << '\n';
-      continue;
+      row.emplace_back("thruster");
+    } else {
+      for (const double value : {s.Min, s.Max, PrimitiveArea(run, p)}) row.push_back(Trim(SignificantText(value, 4)));
     }
-    out << Right(Trim(SignificantText(s.Min, 4)), 13) << Right(Trim(SignificantText(s.Max, 4)), 13)
-        << Right(Trim(SignificantText(PrimitiveArea(run, p), 4)), 11) << '\n';
+    table.Add(row);
   }
+  table.Print(out);
 }
 
 void PrintSummary(RunContext& run, std::ostream& out) {
@@ -74,7 +64,11 @@ void PrintSummary(RunContext& run, std::ostream& out) {
 bool ReportRun(const Arguments& arguments, Session& session, std::ostream& out) {
   RunContext& run = session.run();
   if (!arguments.quiet) PrintSummary(run, out);
-  bool allWritten = true;
+  if (arguments.summary) PrintEffectTables(run, out);
+  if (!arguments.quiet) {
+    for (const std::string& name : run.record.files) out << "Report      " << name << '\n';
+  }
+  bool allWritten = run.record.filesSkipped.empty();
   for (const std::string& name : arguments.exports) {
     try {
       std::error_code error;

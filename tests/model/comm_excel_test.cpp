@@ -537,6 +537,7 @@ TEST(CommExcel, Table9HasAtMost1000Lines) {
     EXPECT_EQ(desk.dialogs.Count(kAbortQuestion), tooLong ? 1 : 0);
     EXPECT_EQ(desk.model.LastDatabaseRow, tooLong ? 1041 : 1040);
     if (!tooLong) continue;
+    ASSERT_FALSE(desk.dialogs.boxes.empty());
     EXPECT_EQ(desk.dialogs.boxes[0].text, told);
     EXPECT_EQ(desk.dialogs.boxes[0].title, "Ask Maravo for how to Update");
     desk.dialogs.choices[kAbortQuestion] = Answer::Abort;

@@ -44,8 +44,8 @@ Surface Plate(const Point& centre, const Point& sideI, const Point& sideJ, int c
 }
 
 // Turned round an axis: radius(v) at the height v * length over the foot.
-Surface Turned(const Point& foot, const Point& axis, double length, std::function<double(double)> radius, int cellsI,
-               int cellsJ) {
+Surface Turned(const Point& foot, const Point& axis, double length, const std::function<double(double)>& radius,
+               int cellsI, int cellsJ) {
   const Point e1 = std::abs(axis.z) > 0.5 ? Point{1, 0, 0} : Point{0, 0, 1};
   const Point e2 = {axis.y * e1.z - axis.z * e1.y, axis.z * e1.x - axis.x * e1.z, axis.x * e1.y - axis.y * e1.x};
   return {[=](double u, double v) {

@@ -1,5 +1,6 @@
 #include "analysis/case_trace.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -14,27 +15,43 @@ namespace orv {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+// All lines of a file, each with its line end, also the last one of a file that was cut.
+void CopyLines(const fs::path& from, std::ofstream& out) {
+  std::ifstream in(from, std::ios::binary);
+  if (!in) RaiseFileFailure(errno != 0 ? errno : EACCES);
+  std::string line;
+  while (std::getline(in, line)) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    out << line << "\r\n";
+  }
+}
+
+}  // namespace
+
 WindowedFile::~WindowedFile() {
   // Left without CLOSE (an abort answer): the old lines wait in the "previous" file for the next OPEN.
   if (out_.is_open()) out_.close();
 }
 
 // Failures 5, 52, 53 and 55 go on at the next statement; 75 is asked about, and Retry runs the statement again.
+// False when the user gave the statement up.
 template <class Statement>
-void WindowedFile::Run(Statement&& statement) {
+bool WindowedFile::Run(Statement&& statement) {
   for (;;) {
     try {
       statement();
-      return;
+      return true;
     } catch (const RuntimeFailure& failure) {
       switch (failure.number()) {
         case FailureNumber::InvalidProcedureCall:
         case FailureNumber::BadFileName:
         case FailureNumber::FileAlreadyOpen:
-          return;
+          return true;
         case FailureNumber::FileNotFound:
           noPrevious_ = true;
-          return;
+          return true;
         case FailureNumber::PathFileAccessError:
           break;
         default:
@@ -43,7 +60,7 @@ void WindowedFile::Run(Statement&& statement) {
       const Answer answer = prompt_.dialogs().Ask("Error file " + name_ + " is maybe open, please close it and Retry",
                                                   "", Buttons::AbortRetryIgnore, Icon::Warning);
       if (answer == Answer::Abort) throw ProgramEnd{};
-      if (answer != Answer::Retry) return;
+      if (answer != Answer::Retry) return false;
     }
   }
 }
@@ -52,7 +69,7 @@ void WindowedFile::operator()(const std::string& command, const std::string& nam
   const std::string word = UpperTrim(command);
   if (word == "OPEN") {
     if (!name.empty()) name_ = name;
-    if (lines > 0 || !name.empty()) limit_ = lines;
+    if (lines > 0 || !name.empty()) limit_ = std::max(0, lines);
     Open();
   } else if (word == "CLOSE") {
     if (lines > 0) limit_ = lines;
@@ -63,7 +80,11 @@ void WindowedFile::operator()(const std::string& command, const std::string& nam
 void WindowedFile::Open() {
   printed_ = 0;
   noPrevious_ = false;
-  Run([&] { KeepOldLines(); });
+  if (!Run([&] { KeepOldLines(); })) {
+    // Opening it now would lose the old lines.
+    prompt_("_" + name_ + " is left as it is: its lines could not be put aside");
+    return;
+  }
   Run([&] {
     errno = 0;
     out_.open(PathOf(name_), std::ios::binary | std::ios::trunc);
@@ -82,16 +103,18 @@ void WindowedFile::KeepOldLines() {
     return;
   }
   if (!fs::exists(file, error)) return;
-  std::ifstream old(previous, std::ios::binary);
-  std::ofstream joined(file, std::ios::binary | std::ios::app);
-  if (!old || !joined) RaiseFileFailure(errno != 0 ? errno : EACCES);
-  std::string line;
-  while (std::getline(old, line)) joined << line << '\n';
-  joined.close();
-  old.close();
-  if (!joined) RaiseFileFailure(EACCES);
-  fs::rename(file, previous, error);
+  const fs::path joined = PathOf(name_ + "previous.part");
+  {
+    std::ofstream out(joined, std::ios::binary | std::ios::trunc);
+    if (!out) RaiseFileFailure(errno != 0 ? errno : EACCES);
+    CopyLines(file, out);
+    CopyLines(previous, out);
+    out.close();
+    if (!out) RaiseFileFailure(EACCES);
+  }
+  fs::rename(joined, previous, error);
   if (error) RaiseFileFailure(error.value());
+  fs::remove(file, error);
 }
 
 void WindowedFile::Print(const std::string& line) {

@@ -27,7 +27,7 @@ class WindowedFile {
 
  private:
   template <class Statement>
-  void Run(Statement&& statement);
+  bool Run(Statement&& statement);
   void Open();
   void Close();
   void KeepOldLines();

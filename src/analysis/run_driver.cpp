@@ -31,9 +31,12 @@ class FullRun {
       : run_(run), selection_(selection), phases_(phases), block_(run.prompt, "", "") {}
 
   bool Execute() {
+    if (!Prepare() || !ChoosePlot()) {
+      RestoreTexts();
+      return false;
+    }
     run_.record.finished = false;
     run_.record.phaseSeconds.clear();
-    if (!Prepare() || !ChoosePlot()) return false;
     Phase("sizing", [&] { SizeArrays(); });
     Phase("geometry", [&] { BuildGeometry(); });
     Phase("rotation tables", [&] { ReadRotationTables(); });
@@ -71,7 +74,15 @@ class FullRun {
                                                         run_.materials.NumberOfMaterialsUsed);
   }
 
+  // A run that is given up leaves the texts of the one before.
+  void RestoreTexts() {
+    run_.PrimitiveNames = std::move(namesBefore_);
+    run_.ResultLabels = std::move(labelsBefore_);
+  }
+
   bool Prepare() {
+    namesBefore_ = run_.PrimitiveNames;
+    labelsBefore_ = run_.ResultLabels;
     run_.PrimitiveNames.assign(static_cast<std::size_t>(model().NumberOfPrimitives) + kSpareModelRows + 1, "");
     if (model().DatabaseIsEmpty()) {
       Tell("Comm Excel : Syncho with Excel malfunction. To re do  ", "Warning", Icon::Warning);
@@ -99,7 +110,7 @@ class FullRun {
     plot().FullListing = 0;
     ReadPlotOption(plot(), run_.reader);
     SwitchRedeposition();
-    phases_.ClearView(run_);
+    block_([&] { phases_.ClearView(run_); });
     return true;
   }
 
@@ -315,6 +326,8 @@ class FullRun {
   RunPhases& phases_;
   RunBlock block_;
   int phasesDone_ = 0;
+  std::vector<std::string> namesBefore_;
+  std::vector<std::string> labelsBefore_;
 };
 
 }  // namespace
@@ -359,7 +372,8 @@ void BuildThrusterFrame(RunContext& run, int primitive) {
 }
 
 void DisplayLists(RunContext& run, RunPhases& phases) {
-  phases.FillPointLists(run);
+  RunBlock block(run.prompt, run.record.PlotReportFile, run.record.TraceFile);
+  block([&] { phases.FillPointLists(run); });
   AskCaseText(run);
   run.record.CaseLine = ComposeCaseLine(run, ReportText(run, run.clock.Seconds() - run.model.StartTime));
 }

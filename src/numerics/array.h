@@ -26,7 +26,9 @@ inline std::ptrdiff_t ToIndex(Number value) {
 struct Bounds {
   std::ptrdiff_t lower = 0;
   std::ptrdiff_t upper = -1;
-  std::size_t count() const { return upper < lower ? 0 : static_cast<std::size_t>(upper - lower + 1); }
+  std::size_t count() const {
+    return upper < lower ? 0 : static_cast<std::size_t>(upper) - static_cast<std::size_t>(lower) + 1;
+  }
 };
 
 // An array whose indices run from a lower to an upper bound each, last index fastest, elements initialised to T{}.

@@ -32,12 +32,12 @@ void ErrorPrompt::operator()(const std::string& text) {
     case Answer::Ignore:
       return;
     default:
-      AskByInputBox(body);
+      AskByInputBox(text, body);
   }
 }
 
-void ErrorPrompt::AskByInputBox(const std::string& body) {
-  const std::string reply = dialogs_.Input(body, "Petite erreur Avertissement", previousReply_);
+void ErrorPrompt::AskByInputBox(const std::string& text, const std::string& body) {
+  const std::string reply = dialogs_.Input(body, text + " Avertissement", previousReply_);
   previousReply_ = reply;
   if (reply.empty()) return;
   if (FirstLetterIs(reply, 's')) throw ProgramEnd{};

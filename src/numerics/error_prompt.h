@@ -26,7 +26,7 @@ class ErrorPrompt {
   UserDialogs& dialogs() { return dialogs_; }
 
  private:
-  void AskByInputBox(const std::string& body);
+  void AskByInputBox(const std::string& text, const std::string& body);
 
   UserDialogs& dialogs_;
   std::string previousReply_;

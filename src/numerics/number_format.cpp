@@ -1,9 +1,11 @@
 #include "numerics/number_format.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <vector>
 
 #include "numerics/failure.h"
@@ -39,8 +41,9 @@ struct Decimal {
 // Rounded to 15 digits first, as numbers are shown, so that 0.15 is a half and not a hair below it.
 Decimal ToDecimal(double value) {
   char buffer[40];
-  std::snprintf(buffer, sizeof buffer, "%.14e", std::abs(value));
-  const std::string text = buffer;
+  const auto written =
+      std::to_chars(buffer, buffer + sizeof buffer, std::abs(value), std::chars_format::scientific, 14);
+  const std::string text(buffer, written.ptr);
   const std::size_t e = text.find('e');
   Decimal decimal;
   decimal.digits = text.substr(0, 1) + text.substr(2, e - 2);
@@ -208,8 +211,8 @@ std::string NumberText(double value) {
 
 std::string ExactText(double value) {
   char buffer[40];
-  std::snprintf(buffer, sizeof buffer, "%.17g", value);
-  return buffer;
+  const auto end = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 17);
+  return std::string(buffer, end.ptr);
 }
 
 std::string FormatNumber(double value, std::string_view mask) {
@@ -242,9 +245,11 @@ std::string FormatNumber(double value, std::string_view mask) {
 
 std::string SignificantText(double value, int digits) {
   if (value == 0) return FormatNumber(0, " 0. ");
+  if (!std::isfinite(value)) return " " + NumberText(value) + " ";
   const double magnitude = std::abs(value);
   int e = static_cast<int>(Int(std::log(magnitude) / std::log(10.0)));
-  const double unit = std::pow(10.0, e - digits + 1);
+  double unit = std::pow(10.0, e - digits + 1);
+  if (unit == 0) unit = std::numeric_limits<double>::denorm_min();  // the last digits a double can hold
   const double rounded = Sgn(value) * unit * Int(magnitude / unit + 0.5);
   const double half = digits / 2.0;
   const bool fixed = e >= -(half + 1) && e - digits <= half;

@@ -1,7 +1,7 @@
 #include "numerics/settings.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <charconv>
 
 #include "numerics/failure.h"
 #include "numerics/number_format.h"
@@ -66,7 +66,8 @@ bool LoadOptions(const SettingsStore& store, Options& options) {
   double sum = 0;
   for (int slot = 0; slot < kOptionSlots; ++slot) {
     const std::string text = store.Read(std::string(kSectionUse), SlotKey(slot), "0");
-    double value = std::strtod(text.c_str(), nullptr);
+    double value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
     if (!(value >= -1e9 && value <= 1e9)) value = 0;  // a damaged store must not lead anywhere
     slots[static_cast<std::size_t>(slot)] = value;
     sum += value;

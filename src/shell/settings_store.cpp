@@ -74,22 +74,33 @@ void FileSettings::Save() const {
 void FileSettings::Write(const std::string& section, const std::string& key, const std::string& value) {
   const auto found = values_.find({section, key});
   if (found != values_.end() && found->second == value) return;
+  const auto before = values_;
   MemorySettings::Write(section, key, value);
-  Save();
+  try {
+    Save();
+  } catch (const RuntimeFailure& failure) {
+    // What is not stored must not count as stored: the next attempt writes it.
+    values_ = before;
+    Raise(FailureNumber::PathFileAccessError, failure.description());
+  }
 }
 
 std::string FileSettings::OutputFolder() {
-  std::string folder = ReadSetting(*this, kSectionDirs, "directory");
   std::error_code error;
   fs::create_directories(PathOf(folder_), error);
-  if (folder == "C:\\" || !fs::is_directory(PathOf(folder), error)) folder = folder_;
-  if (folder.back() != '/' && folder.back() != '\\') folder += '/';
+  const auto withSeparator = [](std::string folder) {
+    if (folder.empty() || (folder.back() != '/' && folder.back() != '\\')) folder += '/';
+    return folder;
+  };
+  const std::string stored = ReadSetting(*this, kSectionDirs, "directory");
+  const std::string folder = withSeparator(stored == "C:\\" ? folder_ : stored);
   try {
     Write(std::string(kSectionDirs), "directory", folder);
   } catch (const RuntimeFailure&) {
-    return folder;
+    return withSeparator(folder_);
   }
-  return folder;
+  // A folder that is away for the moment (a drive not mounted) stays the stored one.
+  return fs::is_directory(PathOf(folder), error) ? folder : withSeparator(folder_);
 }
 
 }  // namespace orv

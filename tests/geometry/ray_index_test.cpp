@@ -42,12 +42,16 @@ TEST(RayIndexTest, CornersThatAreNoOutline) {
     const std::vector<Sight> sample(100, ray);
     const RayIndex index({SightStrip({}, Flat(corners))}, sample, 1e5);
     bool hit = false;
-    index.FindHits(ray, 0, 0, [&hit](std::uint32_t, double) { hit = true; });
+    index.FindHits(ray, 1, 1, [&hit](std::uint32_t, double) { hit = true; });
     EXPECT_NE(HitsStrip(SightStrip({}, Flat(corners)), ray).halves, 0U);
     return hit;
   };
-  EXPECT_TRUE(found({Sight{2, 2, -3}, {2, -2, -2}, {-1, 3, 3}, {1, -1, -1}}, {1, 2, 1}));
+  const double third = 1e4 / 3;
+  EXPECT_TRUE(
+      found({third * Sight{2, 2, -3}, third * Sight{2, -2, -2}, third * Sight{-1, 3, 3}, third * Sight{1, -1, -1}},
+            third * Sight{1, 2, 1}));
   EXPECT_TRUE(found({Sight{2, 1, 0}, {0, 0, 2}, {-3, 2, 2}, {0, 0, -3}}, {-1, 1, -1}));
+  EXPECT_TRUE(found({Sight{2, 1, 0}, {0, 0, 2}, {-3, 2, 2}, {0, 0, -3}}, {-1.5, 1.25, -1}));
   EXPECT_TRUE(found({Sight{-1, -2, 1}, {-4, -2, 4}, {-3, -2, 1}, {1e60, -2, -2}}, {-6, -4, 2}));
 }
 
@@ -70,6 +74,7 @@ TEST(RayIndexTest, FindsEveryStripThatARayHits) {
       strips.back().column = s / 4 == 1 ? 0 : s % 4 + 1;
     }
     std::vector<Sight> rays;
+    rays.reserve(150);
     for (int n = 0; n < 150; ++n) rays.push_back(chance.End(o, quads, size) - o);
     const std::vector<Sight> sample(rays.begin(), rays.begin() + chance.Below(30));
     const RayIndex index(strips, sample, chance.OneIn(2) ? 150 : 20000);
@@ -114,6 +119,7 @@ TEST(RayIndexTest, FineSquaresMissNothing) {
       strips.back().column = s + 1;
     }
     std::vector<Sight> rays;
+    rays.reserve(3000);
     for (int n = 0; n < 3000; ++n) rays.push_back(chance.Any(5));
     const RayIndex index(strips, rays, 2e5);
     std::size_t hits = 0;

@@ -30,9 +30,8 @@
 //   distance of the triangle, leaves |N.D| <= |D| ((|N.A| + 27 eps |A||B||C|) / r + 12 eps |B||C|): a band along a
 //   great circle. A sliver, whose N is noise, has instead |(A x B).D| = |s2| <= |det| and the like for A x C. The
 //   narrowest of the three bands is listed, without a sieve.
-// * When all of them are wide (O on the strip or at its corner), or when a length is no number or outside 1e-50 ..
-// 1e50,
-//   the strip is tried for every ray. A triangle with N = 0 is never hit.
+// * When all three are wide (O on the strip or at its corner), or a length is no number or outside 1e-50 .. 1e50, the
+//   strip is tried for every ray. A triangle with N = 0 is never hit.
 // Rays whose length is outside that range, 0 included, are tried on all strips.
 namespace orv {
 

@@ -110,7 +110,7 @@ void SizeSputterStores(EffectContext& context) {
 void OpenExtrema(EffectStores& stores) {
   auto& extrema = stores.RedepositionExtrema;
   for (std::ptrdiff_t step = extrema.bounds(0).lower; step <= extrema.bounds(0).upper; ++step) {
-    for (int slot = 0; slot <= kStoreSlots; ++slot) {
+    for (int slot = 1; slot <= kStoreSlots; ++slot) {
       for (int p = 0; p <= kStorePrimitives; ++p) extrema(step, kMinimum, slot, p) = kNoMinimum;
     }
   }

@@ -370,7 +370,7 @@ std::vector<std::array<std::string, 2>> ManyMaterials(int count) {
   for (int k = 0; k < count; ++k) {
     const std::string x = std::to_string(k);
     rows.push_back(
-        {names[static_cast<std::size_t>(k)], "P" + x + " rect size 0.2 0.2 cells 1 1 R X 180 T 0." + x + " 0 1"});
+        {names[static_cast<std::size_t>(k)], "P" + x + " rect size 0.08 0.2 cells 1 1 R X 180 T 0." + x + " 0 1"});
   }
   rows.push_back({"silver", "Floor rect size 1 1 cells 2 2 T 1.6 0 0.5"});
   return rows;

@@ -37,6 +37,9 @@ class FullRun {
     }
     run_.record.finished = false;
     run_.record.phaseSeconds.clear();
+    run_.record.files.clear();
+    run_.record.filesSkipped.clear();
+    run_.record.PlasmaText.clear();
     Phase("sizing", [&] { SizeArrays(); });
     Phase("geometry", [&] { BuildGeometry(); });
     Phase("rotation tables", [&] { ReadRotationTables(); });
@@ -157,7 +160,8 @@ class FullRun {
       cells.TotalCells += spec.Nx * spec.Ny;
       largestI = std::max(largestI, spec.Nx);
       largestJ = std::max(largestJ, spec.Ny);
-      if (!(cells.TotalCells <= kMaxCells) || !(largestI * largestJ <= kMaxGrid)) {
+      if (!(cells.TotalCells <= kMaxCells) || !(largestI <= kMaxCells) || !(largestJ <= kMaxCells) ||
+          !(largestI * largestJ <= kMaxGrid)) {
         throw ModelTooLarge{PlaceOfRow(k) + " asks for " + NumberText(spec.Nx) + " x " + NumberText(spec.Ny) +
                             " cells, more than this program can hold."};
       }

@@ -7,12 +7,12 @@
 namespace orv {
 
 void LocalTable::Reserve(int primitive, int countI, int countJ) {
-  if (primitive < 0 || primitive > kLastPrimitive) return;
+  if (primitive < 0) return;
   const auto index = static_cast<std::size_t>(primitive);
   if (pages_.size() <= index) pages_.resize(index + 1);
   Page& page = pages_[index];
-  const int rows = std::clamp(countI, 0, kLastCell);
-  const int columns = std::clamp(countJ, 0, kLastCell);
+  const int rows = std::max(countI, 0);
+  const int columns = std::max(countJ, 0);
   if (page.countI == rows && page.countJ == columns) return;
   page.countI = rows;
   page.countJ = columns;
@@ -34,10 +34,7 @@ void LocalTable::Set(int primitive, int i, int j, int column, double value) {
 }
 
 float LocalTable::operator()(int primitive, int i, int j, int column) const {
-  if (primitive < 0 || primitive > kLastPrimitive || i < 0 || i > kLastCell || j < 0 || j > kLastCell || column < 0 ||
-      column > columns_) {
-    Raise(FailureNumber::SubscriptOutOfRange);
-  }
+  if (primitive < 0 || i < 0 || j < 0 || column < 0 || column > columns_) Raise(FailureNumber::SubscriptOutOfRange);
   const Page* held = PageOf(primitive, i, j, column);
   return held == nullptr ? 0.0F : held->values[Offset(*held, i, j, column)];
 }

@@ -90,15 +90,9 @@ class ErosionPass {
     if (used == 0) used = 1;
     const double recto = context_.directives.RectoOnly;
     const bool otherThanRotating = p_ != context_.geometry.rotation.RotatingPrimitive;
-    if (recto == 0 && otherThanRotating && incidence > 90) {
-      incidence = 180 - incidence;
-      used = incidence;
-    } else if (recto == 1) {
-      used = incidence;
-    } else if (recto == 2) {
-      incidence = 180 - incidence;
-      used = incidence;
-    }
+    const bool backFace = recto == 0 && otherThanRotating && incidence > 90;
+    if (backFace || recto == 2) incidence = 180 - incidence;
+    if (backFace || recto == 1 || recto == 2) used = incidence;
     return incidence;
   }
 

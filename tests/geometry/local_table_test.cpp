@@ -15,20 +15,19 @@ TEST(LocalTable, KeepsSinglePrecisionOfTheCellsThatExist) {
   EXPECT_EQ(table(3, 1, 4, 7), 0.0F);
 }
 
-TEST(LocalTable, DropsWhatLiesOutsideItsCellsOrBounds) {
+TEST(LocalTable, DropsWhatLiesOutsideItsCells) {
   LocalTable table(2);
-  table.Reserve(100, 80, 80);
-  table.Set(100, 64, 64, 2, 5);
-  table.Set(100, 65, 1, 2, 5);
-  table.Set(100, 1, 65, 2, 5);
-  EXPECT_EQ(table(100, 64, 64, 2), 5.0F);
-  table.Reserve(101, 2, 2);
-  table.Set(101, 1, 1, 1, 5);
+  table.Reserve(100, 80, 70);
+  table.Set(100, 80, 70, 2, 5);
+  table.Set(100, 81, 1, 2, 5);
+  table.Set(100, 1, 71, 2, 5);
+  EXPECT_EQ(table(100, 80, 70, 2), 5.0F);
+  EXPECT_EQ(table(100, 81, 1, 2), 0.0F);
+  EXPECT_EQ(table(100, 1, 71, 2), 0.0F);
   table.Set(7, 1, 1, 1, 5);
   EXPECT_EQ(table(7, 1, 1, 1), 0.0F);
-  EXPECT_THROW(table(101, 1, 1, 1), RuntimeFailure);
-  EXPECT_THROW(table(100, 65, 1, 1), RuntimeFailure);
-  EXPECT_THROW(table(100, 1, 65, 1), RuntimeFailure);
+  EXPECT_THROW(table(-1, 1, 1, 1), RuntimeFailure);
+  EXPECT_THROW(table(100, 1, 1, 3), RuntimeFailure);
 }
 
 TEST(LocalTable, AnEquallyLargePageKeepsItsValuesAndAnotherSizeClearsThem) {

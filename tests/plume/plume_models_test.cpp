@@ -74,6 +74,23 @@ TEST(PlumeLaws, AccurateConstants) {
   }
 }
 
+// Charges and shares that no two places can confuse.
+TEST(PlumeLaws, OtherChargesAndShares) {
+  const std::vector<std::pair<PlumeSetup, Law>> laws = {
+      {Cosine(0), &PlumeSetup::Model0}, {WithEnergy(1), &PlumeSetup::Model1},   {WithEnergy(2), &PlumeSetup::Model2},
+      {Cosine(3), &PlumeSetup::Model3}, {Exponential(), &PlumeSetup::Model100}, {Tables(), &PlumeSetup::Model1000},
+  };
+  for (auto [setup, law] : laws) {
+    SCOPED_TRACE(setup.C[17]);
+    setup.charge1 = 1.5;
+    setup.charge2 = 3.25;
+    setup.molarMass = 39.948;
+    setup.share1 = 0.6;
+    setup.share2 = 0.3;
+    ExpectLaw(setup, law, setup.C[17] != 3);
+  }
+}
+
 TEST(PlumeLaws, OnlyModel1000WritesTheShareOfTheCell) {
   for (const PlumeSetup& setup : {Cosine(0), WithEnergy(1), WithEnergy(2), Cosine(3), Exponential()}) {
     PlumeModel model;

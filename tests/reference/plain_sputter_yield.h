@@ -80,7 +80,7 @@ inline void PlainEnergyStage(double E, const YieldRecords& records, PlainYieldAt
       PlainRowStage(E, records, gas, out);
       continue;
     }
-    for (int f = 1; f <= 3; ++f) out.text[g][static_cast<std::size_t>(f + 5)] = records.YieldRows(gas, 1, f).text();
+    for (std::size_t f = 1; f <= 3; ++f) out.text[g][f + 5] = records.YieldRows(gas, 1, f).text();
     out.field[g][1] = Interpolate(cache.Get(out.text[g][6], reader), E, reader.prompt());
     out.field[g][4] = Interpolate(cache.Get(out.text[g][8], reader), E, reader.prompt());
   }

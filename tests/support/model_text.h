@@ -43,6 +43,17 @@ struct ModelText {
       "Xe+\tsilver\t100\t0.5\t0.8\t45\t1",
   };
 
+  // Yields of both gases on both materials up to 1000 eV, so that a run has nothing to say about erosion.
+  void AddAllYields() {
+    for (const char* gas : {"Xe+", "Xe++"}) {
+      for (const char* material : {"silver", "gold"}) {
+        for (const char* row : {"\t50\t0.2\t0.3\t45\t1", "\t1000\t4\t6\t45\t1"}) {
+          database.push_back(std::string(gas) + "\t" + material + row);
+        }
+      }
+    }
+  }
+
   // The whole sheet, cells separated by tabs.
   std::string Sheet() const {
     std::string text = "\n\n\tOrvdata " + title + "\t" + directives + "\n";

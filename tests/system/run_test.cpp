@@ -286,6 +286,7 @@ TEST_F(RunTest, OtherFilesAreRefused) {
 // --- options ---------------------------------------------------------------------------------------------------------
 
 TEST_F(RunTest, QuietPrintsProblemsOnly) {
+  text.AddAllYields();
   EXPECT_EQ(Run(Write(text), {"--quiet", "--case", "named", "--export", File("a.csv")}), 0);
   EXPECT_EQ(out, "");
   EXPECT_EQ(err, "");

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "analysis/report.h"
+#include "analysis/run_block.h"
 #include "analysis/sputter_tables.h"
-#include "analysis/summary.h"
 #include "model/rotation_table.h"
 #include "numerics/number_format.h"
 #include "plume/heat_flux.h"
@@ -28,7 +28,7 @@ void EffectPhases::PotentialTable(RunContext& run) {
 void EffectPhases::RotPercentTable(RunContext& run) {
   auto& table = run.rotation.tables.RotPercentTable;
   run.rotation.tableColumn = kFirstFreeColumn;
-  FailureBlock block(run.prompt, FailureLabels::Of("RotPercentTable"));
+  RunBlock block(run.prompt, run.record.ignoreFailures, "", "");
   block([&] {
     ReadRotPercentTable(run.model.ModelCells, run.model.NumberOfPrimitives, run.rotation.RotatingPrimitive,
                         run.rotation.tableColumn, table, run.reader);
@@ -70,8 +70,7 @@ void EffectPhases::RunSpectrum(RunContext& run) {
     run.dialogs().Progress("spectrum, band " + std::to_string(band), static_cast<double>(band - 1) / kSpectrumBands);
     EffectContext effects = run.Effects();
     orv::aSpaceApplicationEffectSPUTTERING(effects, {band}, output);
-    const QuantitySummary erosion = SummariseQuantity(run, run.rotation.RotatingPrimitive, 19);
-    table.Line(band, output.SpectrumAngle, erosion.Min, erosion.Max, output.summary);
+    table.Line(band, output.SpectrumAngle, output.smallestAverage, output.largestAverage, output.summary);
     if (output.SpectrumAngle == previousAngle) break;
     previousAngle = output.SpectrumAngle;
   }

@@ -138,7 +138,7 @@ class PlotReport {
       : run_(run),
         potentials_(potentials),
         name_(run.record.PlotReportFile.empty() ? ResultName(run, PlotReportName(run)) : run.record.PlotReportFile),
-        block_(run.prompt, name_, ResultName(run, "OrvForcesAndMoments_.xls")),
+        block_(run.prompt, run.record.ignoreFailures, name_, ResultName(run, "OrvForcesAndMoments_.xls")),
         tables_(run, [this](const std::string& line) { Print(line); }),
         plot_(static_cast<int>(ToIndex(run.plot.IndexPlot))),
         geometryPlot_(IsGeometryPlot(run.plot.IndexPlot)),

@@ -11,8 +11,10 @@ namespace orv {
 // (failure 70) is asked about with a Retry that runs the statement again.
 class RunBlock {
  public:
-  RunBlock(ErrorPrompt& prompt, std::string file1, std::string file2)
+  // `ignored`: whether the user chose Ignore before in this run; all blocks of a run share it.
+  RunBlock(ErrorPrompt& prompt, bool& ignored, std::string file1, std::string file2)
       : prompt_(prompt),
+        ignored_(ignored),
         file1_(std::move(file1)),
         file2_(std::move(file2)),
         block_(prompt, {"Error fautea_SpaceApplication ",
@@ -38,7 +40,9 @@ class RunBlock {
           if (AskAboutFile()) continue;
           return false;
         }
+        block_.setSilenced(ignored_);
         block_.Report(failure);
+        ignored_ = block_.Silenced();
         return false;
       }
     }
@@ -54,6 +58,7 @@ class RunBlock {
   }
 
   ErrorPrompt& prompt_;
+  bool& ignored_;
   std::string file1_;
   std::string file2_;
   FailureBlock block_;

@@ -58,14 +58,16 @@ struct RunRecord {
   std::string PlotReportFile;  // name of the report beside the workbook
   std::string ShadowStatusText;
   std::string PlotButtonTip;
-  std::string SputterText;                // averages of a turn, for titles and reports
-  std::string PlasmaText;                 // effect of the plume on a radio link
+  std::string SputterText;  // averages of a turn, for titles and reports
+  std::string PlasmaText;   // effect of the plume on a radio link
   RadioLink plasma;
   std::vector<std::string> files;         // result files written, full names
   std::vector<std::string> filesSkipped;  // result files that could not be written, with the cause
   RayTracingReport rays;
   std::vector<std::pair<std::string, double>> phaseSeconds;  // in order
-  bool finished = false;                                     // a full run ended: a re-plot may use its data
+  std::string ReportText;       // output file and duration of the full run, as the case line ends
+  bool ignoreFailures = false;  // the user chose Ignore in this run: no further box
+  bool finished = false;        // a full run ended: a re-plot may use its data
 };
 
 // Everything that a session's runs share. A re-plot uses what the last full run left here.

@@ -28,7 +28,7 @@ constexpr double kMaxGrid = 2e8;   // addressed for each primitive, mostly witho
 class FullRun {
  public:
   FullRun(RunContext& run, PlotSelection& selection, RunPhases& phases)
-      : run_(run), selection_(selection), phases_(phases), block_(run.prompt, "", "") {}
+      : run_(run), selection_(selection), phases_(phases), block_(run.prompt, run.record.ignoreFailures, "", "") {}
 
   bool Execute() {
     if (!Prepare() || !ChoosePlot()) {
@@ -40,6 +40,9 @@ class FullRun {
     run_.record.files.clear();
     run_.record.filesSkipped.clear();
     run_.record.PlasmaText.clear();
+    run_.record.plasma = {};
+    run_.record.SputterText.clear();
+    run_.record.ignoreFailures = false;
     Phase("sizing", [&] { SizeArrays(); });
     Phase("geometry", [&] { BuildGeometry(); });
     Phase("rotation tables", [&] { ReadRotationTables(); });
@@ -81,11 +84,17 @@ class FullRun {
   void RestoreTexts() {
     run_.PrimitiveNames = std::move(namesBefore_);
     run_.ResultLabels = std::move(labelsBefore_);
+    run_.materials.MaterialsUsed = std::move(materialsBefore_);
+    run_.materials.NumberOfMaterialsUsed = materialCountBefore_;
+    plot().PlotOptionC = optionBefore_;
   }
 
   bool Prepare() {
     namesBefore_ = run_.PrimitiveNames;
     labelsBefore_ = run_.ResultLabels;
+    materialsBefore_ = run_.materials.MaterialsUsed;
+    materialCountBefore_ = run_.materials.NumberOfMaterialsUsed;
+    optionBefore_ = plot().PlotOptionC;
     run_.PrimitiveNames.assign(static_cast<std::size_t>(model().NumberOfPrimitives) + kSpareModelRows + 1, "");
     if (model().DatabaseIsEmpty()) {
       Tell("Comm Excel : Syncho with Excel malfunction. To re do  ", "Warning", Icon::Warning);
@@ -290,7 +299,7 @@ class FullRun {
   }
 
   void ComputeSputtering() {
-    if (model().directives.SpectrumMode != -1 && run_.rotation.RotatingPrimitive == 0) {
+    if (model().directives.SpectrumMode != -1 && run_.geometry.rotation.RotatingPrimitive == 0) {
       Tell("The Spectrum feature works only for a rotating primitive, click on OK.", "Case not supported",
            Icon::Warning);
       run_.prompt.AbortQuestion();
@@ -309,10 +318,13 @@ class FullRun {
     plot().PenUpMode = true;
     run_.geometry.rotation.RotatingPrimitive = run_.rotation.RotatingPrimitive;
     run_.record.PlotReportFile = model().WorkbookFolder + PlotReportName(run_);
+    run_.record.ReportText = ReportText(run_, run_.clock.Seconds() - model().StartTime);
     DisplayLists(run_, phases_);
+    plot().PlotTitle += run_.record.PlasmaText;
     const std::string traceFile = run_.OutputFolder + "OrvTraceResults.txt";
     block_.setFiles(run_.record.PlotReportFile, traceFile);
-    block_([&] { PrintCaseLine(run_); });
+    const bool printed = block_([&] { PrintCaseLine(run_); });
+    if (!printed) run_.prompt("_The case line could not be added to " + traceFile);
   }
 
   void Report() {
@@ -321,7 +333,6 @@ class FullRun {
       block_([&] { run_.settings.Write(std::string(kSectionUseOrv), "HeatFluxScale", "0.1"); });
     }
     if (model().directives.SilentMode != 1) block_([&] { phases_.WriteReports(run_); });
-    block_([&] { phases_.FinalPartOfReport(run_); });
     run_.record.PlotButtonTip = "Model: \"" + Trim(model().ModelTitle) + "\" Click here to re-Plot";
   }
 
@@ -332,6 +343,9 @@ class FullRun {
   int phasesDone_ = 0;
   std::vector<std::string> namesBefore_;
   std::vector<std::string> labelsBefore_;
+  std::vector<std::string> materialsBefore_;
+  int materialCountBefore_ = 0;
+  double optionBefore_ = 0;
 };
 
 }  // namespace
@@ -376,10 +390,10 @@ void BuildThrusterFrame(RunContext& run, int primitive) {
 }
 
 void DisplayLists(RunContext& run, RunPhases& phases) {
-  RunBlock block(run.prompt, run.record.PlotReportFile, run.record.TraceFile);
+  RunBlock block(run.prompt, run.record.ignoreFailures, run.record.PlotReportFile, run.record.TraceFile);
   block([&] { phases.FillPointLists(run); });
   AskCaseText(run);
-  run.record.CaseLine = ComposeCaseLine(run, ReportText(run, run.clock.Seconds() - run.model.StartTime));
+  run.record.CaseLine = ComposeCaseLine(run, run.record.ReportText);
 }
 
 bool a_SpaceApplication(RunContext& run, PlotSelection& selection, RunPhases& phases) {

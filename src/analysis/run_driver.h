@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
-#include "analysis/run_phases.h"
 #include "analysis/run_context.h"
+#include "analysis/run_phases.h"
 
 namespace orv {
 

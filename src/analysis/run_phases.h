@@ -19,7 +19,6 @@ class RunPhases {
   virtual void PlasmaEffect(RunContext&) {}                       // for the added shells of a plasma volume
   virtual void FillPointLists(RunContext&) {}                     // point lists of the view
   virtual void WriteReports(RunContext&) {}                       // unless silent
-  virtual void FinalPartOfReport(RunContext&) {}
 };
 
 }  // namespace orv

@@ -49,6 +49,8 @@ class EffectTables {
                         3);
     std::array<double, 9> totals{};
     for (int p : Primitives()) {
+      // Quantities 24 and 25 of the inner shells of a volume are integrals along the radio path.
+      if (p > run_.model.NumberOfPrimitives) continue;
       std::array<double, 9> sums{};
       bool any = false;
       for (std::size_t axis = 0; axis < 3; ++axis) {
@@ -104,7 +106,7 @@ class EffectTables {
 
   void Turn() {
     const auto& sums = run_.stores.RotationSums;
-    if (run_.plot.AutomaticRotationActive == 0 || sums(0, 0) == 0) return;
+    if (run_.plot.AutomaticRotationActive == 0 || sums.values().empty() || sums(0, 0) == 0) return;
     TerminalTable table({"angle deg", "max heat W/m2", "Fx N", "Fy N", "Fz N", "MxT N.m", "MyT N.m", "MzT N.m"}, 0);
     for (int s = 1; s <= static_cast<int>(sums(0, 0)); ++s) {
       std::vector<std::string> row = {Text(sums(s, 0))};

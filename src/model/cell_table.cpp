@@ -11,7 +11,9 @@ void ReadTableFromTableXYInCell(const std::string& cell, int start, const std::f
                                 int& end, int& count, CellText& reader) {
   std::string separator;
   const std::string text = Trim(NormaliseNameSeparators(cell, separator));
-  int slot = start;
+  // The last slot stands at every moment, so that a store that is full leaves a true end behind.
+  int& slot = end;
+  slot = start;
   std::size_t position = 0;
   while (position < text.size()) {
     position = text.find_first_not_of(' ', position);
@@ -22,12 +24,12 @@ void ReadTableFromTableXYInCell(const std::string& cell, int start, const std::f
     const std::size_t bar = text.find(separator, position);
     const std::size_t stop = std::min(bar, text.size());
     const double y = reader.ReadNumber(std::string_view(text).substr(position, stop - position));
-    store(++slot, x);
-    store(++slot, y);
+    store(slot + 1, x);
+    store(slot + 2, y);
+    slot += 2;
     if (bar == std::string::npos) break;
     position = bar + 1;
   }
-  end = slot;
   count = static_cast<int>(Int((end - start) / 2.0));
   if ((end - start) % 2 != 0) {
     reader.prompt().dialogs().Tell("error ReadTable from TableXYInCell$ : not Even number of values in " + cell, "",

@@ -29,8 +29,9 @@ class XYTable {
   std::vector<Row> rows_{Row{}};
 };
 
-// Reads the pairs of a cell and stores x, y, x, y ... in the slots behind `start`; `end` is the last slot used and
-// `count` the number of pairs. The store raises failure 9 when it has no such slot, which ends the reading.
+// Reads the pairs of a cell and stores x, y, x, y ... in the slots behind `start`; `end` is the last slot used, also
+// when the reading fails, and `count` the number of pairs. The store raises failure 9 when it has no such slot, which
+// ends the reading.
 void ReadTableFromTableXYInCell(const std::string& cell, int start, const std::function<void(int, double)>& store,
                                 int& end, int& count, CellText& reader);
 

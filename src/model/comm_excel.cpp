@@ -31,7 +31,7 @@ bool NextLine(const std::string& text, std::size_t& position, std::string& line)
 
 bool ModelData::DatabaseHasTables() const {
   for (int row = 1; row <= database.NumberOfDatabaseRows; ++row) {
-    if (StartsWith(database.DatabaseCells(row, 1), "Table ")) return true;
+    if (Contains(database.DatabaseCells(row, 1), "Table ")) return true;
   }
   return false;
 }

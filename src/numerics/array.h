@@ -31,6 +31,19 @@ struct Bounds {
   }
 };
 
+// Place of an element in storage order, last index fastest. Failure 9 outside the bounds.
+template <std::size_t Rank, class... Index>
+std::size_t ElementOffset(const std::array<Bounds, Rank>& bounds, Index... index) {
+  static_assert(sizeof...(Index) == Rank);
+  const std::array<std::ptrdiff_t, Rank> position = {ToIndex(index)...};
+  std::size_t offset = 0;
+  for (std::size_t d = 0; d < Rank; ++d) {
+    if (position[d] < bounds[d].lower || position[d] > bounds[d].upper) Raise(FailureNumber::SubscriptOutOfRange);
+    offset = offset * bounds[d].count() + static_cast<std::size_t>(position[d] - bounds[d].lower);
+  }
+  return offset;
+}
+
 // An array whose indices run from a lower to an upper bound each, last index fastest, elements initialised to T{}.
 // Access by () is checked in every build: failure 9 outside the bounds.
 template <class T, std::size_t Rank>
@@ -71,14 +84,7 @@ class Array {
  private:
   template <class... Index>
   std::size_t Offset(Index... index) const {
-    static_assert(sizeof...(Index) == Rank);
-    const std::array<std::ptrdiff_t, Rank> position = {ToIndex(index)...};
-    std::size_t offset = 0;
-    for (std::size_t d = 0; d < Rank; ++d) {
-      if (position[d] < bounds_[d].lower || position[d] > bounds_[d].upper) Raise(FailureNumber::SubscriptOutOfRange);
-      offset = offset * bounds_[d].count() + static_cast<std::size_t>(position[d] - bounds_[d].lower);
-    }
-    return offset;
+    return ElementOffset(bounds_, index...);
   }
 
   std::array<Bounds, Rank> bounds_{};

@@ -79,6 +79,7 @@ class FailureBlock {
 
   // Whether the user chose Ignore in this call.
   bool Silenced() const { return silenced_; }
+  void setSilenced(bool silenced) { silenced_ = silenced; }
 
  private:
   ErrorPrompt& prompt_;

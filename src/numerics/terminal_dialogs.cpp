@@ -137,7 +137,11 @@ std::string TerminalDialogs::Input(const std::string& prompt, const std::string&
   if (Attended()) {
     out_ << "  [" << Lines(initial) << "] " << std::flush;
     std::string line;
-    if (std::getline(in_, line) && !line.empty()) reply = line;
+    if (!std::getline(in_, line)) {
+      reply.clear();  // the end of the input cancels
+    } else if (!line.empty()) {
+      reply = line;
+    }
   } else {
     out_ << "    -> " << Lines(initial) << '\n';
   }

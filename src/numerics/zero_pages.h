@@ -54,28 +54,16 @@ class PagedArray {
 
   template <class... Index>
   T& operator()(Index... index) {
-    return data()[Offset(index...)];
+    return data()[ElementOffset(bounds_, index...)];
   }
   template <class... Index>
   const T& operator()(Index... index) const {
-    return data()[Offset(index...)];
+    return data()[ElementOffset(bounds_, index...)];
   }
 
  private:
   T* data() { return reinterpret_cast<T*>(pages_.data()); }
   const T* data() const { return reinterpret_cast<const T*>(pages_.data()); }
-
-  template <class... Index>
-  std::size_t Offset(Index... index) const {
-    static_assert(sizeof...(Index) == Rank);
-    const std::array<std::ptrdiff_t, Rank> position = {ToIndex(index)...};
-    std::size_t offset = 0;
-    for (std::size_t d = 0; d < Rank; ++d) {
-      if (position[d] < bounds_[d].lower || position[d] > bounds_[d].upper) Raise(FailureNumber::SubscriptOutOfRange);
-      offset = offset * bounds_[d].count() + static_cast<std::size_t>(position[d] - bounds_[d].lower);
-    }
-    return offset;
-  }
 
   ZeroPages pages_;
   std::array<Bounds, Rank> bounds_{};

@@ -14,6 +14,7 @@
 namespace orv {
 namespace {
 
+constexpr double kMostSteps = 1e5;
 constexpr double kEndOfTurn = 0.001;  // a last step that only repeats the first one is left out
 
 class HeatFlux {
@@ -53,20 +54,7 @@ class HeatFlux {
       const bool effect = q <= 28 || (q >= 36 && q <= 56) || q >= 64;
       const bool kept = (q >= 29 && q <= 35) || (q >= 57 && q <= 63);
       if (betweenSteps ? kept : !effect) continue;
-      ClearQuantity(p, q);
-    }
-  }
-
-  void ClearQuantity(int p, int q) {
-    const int n = std::min(context_.cells.CountI(p), data_.cellsI());
-    const int m = std::min(context_.cells.CountJ(p), data_.cellsJ());
-    const std::span<double> plane = data_.plane(q, p);
-    for (int i = 1; i <= n; ++i) {
-      double* const row = plane.data() + static_cast<std::size_t>(i) * data_.rowLength();
-      // Only what holds something is written: pages that no one wrote stay unused.
-      for (int j = 1; j <= m; ++j) {
-        if (row[j] != 0) row[j] = 0;
-      }
+      ClearQuantity(context_.cells, p, q);
     }
   }
 
@@ -75,10 +63,16 @@ class HeatFlux {
     const double from = context_.directives.RotationFrom;
     const double to = context_.directives.RotationTo;
     const double step = context_.directives.RotationStep;
-    if (!(step > 0)) Raise(FailureNumber::InvalidProcedureCall);
+    if (step == 0) {
+      context_.prompt()("_The rotation step of the directive line is 0: " +
+                        context_.PrimitiveNames[static_cast<std::size_t>(p)] + " is not turned");
+      OnePrimitive(p);
+      return;
+    }
     const double shift = context_.rotation.RotPercentTable(-1, 1);
+    const auto goesOn = [&](double angle) { return step > 0 ? angle <= to - kEndOfTurn : angle >= to - kEndOfTurn; };
     int s = 0;
-    for (double angle = from; angle <= to - kEndOfTurn; angle += step) {
+    for (double angle = from; goesOn(angle); angle += step) {
       ++s;
       context_.dialogs().Progress("heat flux, turn of " + context_.PrimitiveNames[static_cast<std::size_t>(p)],
                                   (angle - from) / (to - from));
@@ -197,8 +191,8 @@ void SizeHeatFluxStores(EffectContext& context) {
   Bounds numbers{0, 1};
   if (context.AutomaticRotationActive != 0) {
     const Directives& d = context.directives;
-    const double count = Divide(d.RotationTo - d.RotationFrom, d.RotationStep);
-    steps = {0, ToIndex(std::clamp(count, 0.0, 1e6))};
+    const double count = d.RotationStep != 0 ? (d.RotationTo - d.RotationFrom) / d.RotationStep : 0;
+    steps = {0, ToIndex(std::clamp(count, 1.0, kMostSteps))};
     numbers = {0, kQuantities};
     const int p = context.AutomaticRotationActive;
     stores.StepCellPositions.Size(

@@ -28,10 +28,11 @@ constexpr std::array<Keyword, 5> kKeywords = {{{"V ", Form::Table},
 
 // The form that a cell asks for; `text` becomes what stands behind the keyword.
 Form TakeKeyword(std::string& text) {
-  const std::string head = UpperCase(Trim(text)) + " ";
+  const std::string trimmed = Trim(text);
+  const std::string head = UpperCase(trimmed);
   for (const Keyword& keyword : kKeywords) {
     if (!StartsWith(head, keyword.word)) continue;
-    text = Trim(Trim(text).substr(std::min(Trim(text).size(), std::string(keyword.word).size())));
+    text = Trim(std::string_view(trimmed).substr(std::string_view(keyword.word).size()));
     return keyword.form;
   }
   return Form::None;
@@ -74,9 +75,10 @@ class PotentialReader {
       const int j = form == Form::TableSym ? NJ + 1 - stepJ : stepJ;
       for (int stepI = 1; stepI <= NI; ++stepI) {
         const int i = form == Form::Table ? stepI : NI + 1 - stepI;
-        if (++row > table.count()) Raise(FailureNumber::SubscriptOutOfRange);
-        if (table.x(row) != i) reader_.prompt()(mismatch);
-        block_([&] { cells_.CellData(p, i, j, 63) = table.y(row); });
+        ++row;
+        const bool given = row <= table.count();  // rows that are missing read as 0
+        if (!given || table.x(row) != i) reader_.prompt()(mismatch);
+        block_([&] { cells_.CellData(p, i, j, 63) = given ? table.y(row) : 0; });
       }
     }
   }

@@ -80,7 +80,7 @@ void Redeposition::FindSlot(const std::string& material, const char* message, in
 std::vector<Redeposition::Emission> Redeposition::EmissionsOf(int source, const ErosionSpeeds& erosion,
                                                               const SurfaceMaterials& materials) {
   CellBlock& data = context_.cells.CellData;
-  const CellRange range = RangeOf(context_.cells, source);
+  const EffectRange range = RangeOf(context_.cells, source);
   const double typeCode = data(source, 0, 0, 10);
   const int countJ = context_.cells.CountJ(source);
   const auto plane = [&](Quantity q) { return data.plane(Number(q), source).data(); };
@@ -156,7 +156,7 @@ void Redeposition::CollectParts(int source, int step) {
   for (const int target : TargetOrder()) {
     if (!IsTarget(target, source)) continue;
     if (target != turning_) {
-      const CellRange range = RangeOf(context_.cells, target);
+      const EffectRange range = RangeOf(context_.cells, target);
       add(target, step, range.countI, range.countJ, false);
       continue;
     }
@@ -262,7 +262,7 @@ void Redeposition::LoadSums(int slot) {
     if (!part.stored) {
       block_([&] {
         const auto plane = context_.cells.CellData.plane(QuantityOf(slot), part.primitive);
-        const CellRange range = RangeOf(context_.cells, part.primitive);
+        const EffectRange range = RangeOf(context_.cells, part.primitive);
         for (int i = 1; i <= part.countI; ++i) {
           for (int j = 1; j <= part.countJ; ++j) targets_.rate[part.cell(i, j)] = plane[range.at(i, j)];
         }
@@ -280,7 +280,7 @@ void Redeposition::StoreSums(int slot) {
   for (const Part& part : parts_) {
     block_([&] {
       const auto plane = context_.cells.CellData.plane(QuantityOf(slot), part.primitive);
-      const CellRange range = RangeOf(context_.cells, part.primitive);
+      const EffectRange range = RangeOf(context_.cells, part.primitive);
       for (int i = 1; i <= part.countI; ++i) {
         for (int j = 1; j <= part.countJ; ++j) {
           double& quantity = plane[range.at(i, j)];

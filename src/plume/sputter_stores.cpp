@@ -44,7 +44,7 @@ class NetDeposit {
   }
 
   void OfCells(int primitive, int slot) {
-    const CellRange range = RangeOf(context_.cells, primitive);
+    const EffectRange range = RangeOf(context_.cells, primitive);
     const std::span<const double> deposit = Plane(Quantity::Redeposition, slot, primitive);
     const std::span<const double> cleaning = Plane(Quantity::SputteringCleaning, slot, primitive);
     const std::span<double> net = Plane(Quantity::NetRedeposition, slot, primitive);
@@ -59,7 +59,7 @@ class NetDeposit {
 
   void OfStep(int primitive, int slot, int step) {
     auto& store = context_.stores.RedepositionStore;
-    const CellRange range = RangeOf(context_.cells, primitive);
+    const EffectRange range = RangeOf(context_.cells, primitive);
     const std::span<const double> cleaning = Plane(Quantity::SputteringCleaning, slot, primitive);
     const bool ownSteps = primitive == turning_;
     const double weight = step == 0 ? 1 : context_.rotation.RotPercentTable(step, 2);

@@ -60,7 +60,7 @@ void SputterTurn::Run(int primitive, SurfaceMaterials& materials, int cleaningSl
 void SputterTurn::Begin(int primitive, int cleaningSlot) {
   primitive_ = primitive;
   cleaningSlot_ = cleaningSlot;
-  const CellRange range = RangeOf(context_.cells, primitive);
+  const EffectRange range = RangeOf(context_.cells, primitive);
   weighted_.countI = TruncatedCount(range.countI, "X", ". ");
   weighted_.countJ = TruncatedCount(range.countJ, "Y", "");
   weighted_.speed.assign(static_cast<std::size_t>(weighted_.countI) * static_cast<std::size_t>(weighted_.countJ), 0);
@@ -119,7 +119,7 @@ int SputterTurn::QuantityNumber() const {
 void SputterTurn::WeighStep(int step) {
   block_([&] { weight_ = context_.rotation.RotPercentTable(step, 2); });
   const auto plane = context_.cells.CellData.plane(QuantityNumber(), primitive_);
-  const CellRange range = RangeOf(context_.cells, primitive_);
+  const EffectRange range = RangeOf(context_.cells, primitive_);
   std::size_t n = 0;
   for (int i = 1; i <= weighted_.countI; ++i) {
     for (int j = 1; j <= weighted_.countJ; ++j, ++n) {
@@ -167,7 +167,7 @@ void SputterTurn::StorePositions(int step) {
   const GeometryState& geometry = context_.geometry;
   for (int entry = 1; entry <= geometry.RotatedCount(); ++entry) {
     const int p = geometry.AutoRotatedList[static_cast<std::size_t>(entry)];
-    const CellRange range = RangeOf(context_.cells, p);
+    const EffectRange range = RangeOf(context_.cells, p);
     block_([&] {
       for (int i = 1; i <= std::min(range.countI, kRotatingCells); ++i) {
         for (int j = 1; j <= std::min(range.countJ, kRotatingCells); ++j) {
@@ -185,7 +185,7 @@ void SputterTurn::StorePositions(int step) {
 void SputterTurn::StoreAverages(int steps) {
   ClearQuantity(context_.cells, primitive_, QuantityNumber());
   const auto plane = context_.cells.CellData.plane(QuantityNumber(), primitive_);
-  const CellRange range = RangeOf(context_.cells, primitive_);
+  const EffectRange range = RangeOf(context_.cells, primitive_);
   std::size_t n = 0;
   for (int i = 1; i <= weighted_.countI; ++i) {
     for (int j = 1; j <= weighted_.countJ; ++j, ++n) plane[range.at(i, j)] = average_[n];

@@ -120,7 +120,7 @@ class Sputtering {
   }
 
   ErosionSpeeds SpeedsOf(int p) {
-    const CellRange range = RangeOf(context_.cells, p);
+    const EffectRange range = RangeOf(context_.cells, p);
     const auto plane = context_.cells.CellData.plane(Number(Quantity::Sputtering), p);
     ErosionSpeeds speeds{range.countI, range.countJ, {}};
     speeds.speed.reserve(static_cast<std::size_t>(range.countI) * static_cast<std::size_t>(range.countJ));

@@ -43,7 +43,7 @@ class ErosionPass {
       context_.dialogs().Tell("Type not identified in Sputtering", " Memo Information");
       context_.prompt()("Type not identified in Sputtering");
     }
-    const CellRange range = RangeOf(context_.cells, p_);
+    const EffectRange range = RangeOf(context_.cells, p_);
     const int countJ = context_.cells.CountJ(p_);
     const int lastRow = std::min(range.countI, LastRowOfEffects(typeCode, context_.cells.CountI(p_)));
     const Planes planes(context_.cells.CellData, p_, cleaningSlot_);

@@ -27,14 +27,14 @@ bool OnSecondFace(double typeCode, int j, int NJ) {
   return std::floor(typeCode) == kTwoSided && j > NJ / 2.0;
 }
 
-CellRange RangeOf(const Cells& cells, int primitive) {
+EffectRange RangeOf(const Cells& cells, int primitive) {
   const CellBlock& data = cells.CellData;
   return {std::min(cells.CountI(primitive), data.cellsI()), std::min(cells.CountJ(primitive), data.cellsJ()),
           data.rowLength()};
 }
 
 void ClearQuantity(Cells& cells, int primitive, int quantity) {
-  const CellRange range = RangeOf(cells, primitive);
+  const EffectRange range = RangeOf(cells, primitive);
   const std::span<double> plane = cells.CellData.plane(quantity, primitive);
   for (int i = 1; i <= range.countI; ++i) {
     for (double& value : plane.subspan(range.at(i, 1), static_cast<std::size_t>(range.countJ))) {

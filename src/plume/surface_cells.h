@@ -18,13 +18,13 @@ bool OnSecondFace(double typeCode, int j, int NJ);
 
 // The cells (1 .. countI, 1 .. countJ) of a primitive as far as they lie inside the arrays, and their place in a plane
 // of CellData.
-struct CellRange {
+struct EffectRange {
   int countI = 0;
   int countJ = 0;
   std::size_t rowLength = 0;
   std::size_t at(int i, int j) const { return static_cast<std::size_t>(i) * rowLength + static_cast<std::size_t>(j); }
 };
-CellRange RangeOf(const Cells& cells, int primitive);
+EffectRange RangeOf(const Cells& cells, int primitive);
 
 // Sets a quantity of all cells of a primitive to 0. Memory that no one wrote stays unused.
 void ClearQuantity(Cells& cells, int primitive, int quantity);

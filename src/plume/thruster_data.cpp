@@ -114,6 +114,7 @@ class ThrusterReader {
     if (parameters_[17] == kThrusterModelTables) {
       const auto store = [&](int index, double value) { data_(index) = value; };
       int count = 0;
+      densityEnd = energyEnd = ratioEnd = slot::LastParameter;
       block_([&] { ReadTableFromTableXYInCell(densityText_, slot::LastParameter, store, densityEnd, count, reader_); });
       block_([&] { ReadTableFromTableXYInCell(energyText_, densityEnd, store, energyEnd, count, reader_); });
       block_([&] { ReadTableFromTableXYInCell(ratioText_, energyEnd, store, ratioEnd, count, reader_); });

@@ -14,7 +14,8 @@ class RunBlockTest : public ::testing::Test {
   }
   ScriptedDialogs dialogs;
   ErrorPrompt prompt{dialogs};
-  RunBlock block{prompt, "first.xls", "second.txt"};
+  bool ignored = false;
+  RunBlock block{prompt, ignored, "first.xls", "second.txt"};
 };
 
 TEST_F(RunBlockTest, AStatementThatRunsIsLeftAlone) {
@@ -68,8 +69,12 @@ TEST_F(RunBlockTest, IgnoreIsRememberedForTheRun) {
   Fail(FailureNumber::DivisionByZero);
   Fail(FailureNumber::Overflow);
   EXPECT_EQ(dialogs.boxes.size(), 2U);
-  RunBlock next(prompt, "", "");
-  next([] { Raise(FailureNumber::Overflow); });
+  RunBlock sameRun(prompt, ignored, "", "");
+  sameRun([] { Raise(FailureNumber::Overflow); });
+  EXPECT_EQ(dialogs.boxes.size(), 2U);
+  bool nextIgnored = false;
+  RunBlock nextRun(prompt, nextIgnored, "", "");
+  nextRun([] { Raise(FailureNumber::Overflow); });
   EXPECT_EQ(dialogs.boxes.size(), 3U);
 }
 

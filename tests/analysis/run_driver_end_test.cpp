@@ -74,7 +74,6 @@ TEST_F(DriverEnd, SilentModeWritesNoReport) {
   text.directives = "Silent";
   LoadAndRun();
   EXPECT_FALSE(phases.Has("WriteReports"));
-  EXPECT_TRUE(phases.Has("FinalPartOfReport"));
   EXPECT_THAT(run.record.CaseLine, HasSubstr(" OutputFiles: NoBecauseSilentMode  ProcessDuration:"));
   EXPECT_EQ(TraceText(), Windows1252FromUtf8(run.record.CaseLine) + "\r\n");
   text.directives = "Silent 2";
@@ -162,7 +161,7 @@ TEST_P(FailingPhase, IsSurvivedAndTold) {
   ASSERT_NO_THROW(done = Run(19));
   EXPECT_TRUE(done);
   EXPECT_TRUE(phases.Has(GetParam()));
-  EXPECT_TRUE(phases.Has("FinalPartOfReport"));
+  EXPECT_TRUE(phases.Has("WriteReports"));
   ASSERT_EQ(dialogs.boxes.size(), 1U);
   EXPECT_EQ(dialogs.boxes[0].text, "Overflow");
   EXPECT_EQ(dialogs.boxes[0].title, "Error aSpaceApplication");
@@ -173,8 +172,7 @@ TEST_P(FailingPhase, IsSurvivedAndTold) {
 
 INSTANTIATE_TEST_SUITE_P(Driver, FailingPhase,
                          ::testing::Values("ClearView", "PotentialTable", "RotPercentTable", "ShowRotationList",
-                                           "HEATFLUX", "SPUTTERING", "PlasmaEffect", "FillPointLists", "WriteReports",
-                                           "FinalPartOfReport"));
+                                           "HEATFLUX", "SPUTTERING", "PlasmaEffect", "FillPointLists", "WriteReports"));
 
 TEST_F(DriverEnd, SettingsThatCannotBeWrittenAreNoObstacle) {
   class ReadOnly : public MemorySettings {

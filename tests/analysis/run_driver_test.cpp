@@ -19,7 +19,7 @@ const char* const kRotating =
 TEST_F(Driver, PhasesComeInOrder) {
   EXPECT_TRUE(LoadAndRun());
   EXPECT_THAT(phases.Names(), ElementsAre("ClearView", "PotentialTable", "RotPercentTable", "HEATFLUX", "SPUTTERING",
-                                          "FillPointLists", "WriteReports", "FinalPartOfReport"));
+                                          "FillPointLists", "WriteReports"));
   EXPECT_TRUE(run.record.finished);
   EXPECT_TRUE(dialogs.boxes.empty());
 }
@@ -46,7 +46,7 @@ TEST_F(Driver, VolumesBringThePlasmaEffect) {
   LoadAndRun();
   EXPECT_GT(run.cells.numberPrimWithVolumic, run.model.NumberOfPrimitives);
   EXPECT_THAT(phases.Names(), ElementsAre("ClearView", "PotentialTable", "RotPercentTable", "HEATFLUX", "SPUTTERING",
-                                          "PlasmaEffect", "FillPointLists", "WriteReports", "FinalPartOfReport"));
+                                          "PlasmaEffect", "FillPointLists", "WriteReports"));
 }
 
 // --- before the run --------------------------------------------------------------------------------------------------
@@ -318,7 +318,7 @@ TEST_F(Driver, WithoutAThrusterGeometryIsChecked) {
   EXPECT_LT(Data(2, 1, 1, 8), 10000);
   EXPECT_EQ(Data(2, 1, 1, 13), 0);
   EXPECT_TRUE(run.record.finished);
-  EXPECT_TRUE(phases.Has("FinalPartOfReport"));
+  EXPECT_TRUE(phases.Has("WriteReports"));
   dialogs.answers = {Answer::Abort};
   EXPECT_THROW(Run(9), ProgramEnd);
 }
@@ -404,7 +404,7 @@ TEST_F(Driver, APlotDecidesWhetherThePrimitiveTurns) {
   Run(19);
   const auto names = phases.Names();
   EXPECT_THAT(names, ElementsAre("ClearView", "PotentialTable", "RotPercentTable", "ShowRotationList", "HEATFLUX",
-                                 "SPUTTERING", "FillPointLists", "WriteReports", "FinalPartOfReport"));
+                                 "SPUTTERING", "FillPointLists", "WriteReports"));
 }
 
 TEST_F(Driver, ARotatingPrimitiveHasNoEffectOnAPlotOfDensity) {

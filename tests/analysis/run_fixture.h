@@ -43,7 +43,6 @@ class RecordingPhases : public RunPhases {
   void PlasmaEffect(RunContext& run) override { Note("PlasmaEffect", run); }
   void FillPointLists(RunContext& run) override { Note("FillPointLists", run); }
   void WriteReports(RunContext& run) override { Note("WriteReports", run); }
-  void FinalPartOfReport(RunContext& run) override { Note("FinalPartOfReport", run); }
 
   struct Moment {
     std::string phase;

@@ -86,7 +86,7 @@ TEST(TerminalDialogs, AnswersByPolicyWhenTheInputEnds) {
   EXPECT_EQ(terminal.dialogs.Ask("text", "", Buttons::AbortRetryIgnore, Icon::Warning), Answer::Ignore);
   EXPECT_EQ(terminal.dialogs.Ask("text", "", Buttons::RetryCancel, Icon::Warning), Answer::Cancel);
   EXPECT_EQ(terminal.dialogs.Ask("text", "", Buttons::OkCancel, Icon::Warning), Answer::Ok);
-  EXPECT_EQ(terminal.dialogs.Input("prompt", "", "default"), "default");
+  EXPECT_EQ(terminal.dialogs.Input("prompt", "", "default"), "") << "cancelled";
   terminal.dialogs.Pause("pause", "");
 }
 

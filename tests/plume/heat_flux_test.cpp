@@ -273,6 +273,38 @@ TEST(HeatFlux, EachStepOfATurnEqualsAFixedRun) {
   EXPECT_DOUBLE_EQ(model.Sum(2, 25), model.stores.RotationSums(1, 25)) << "left at the angle of the first step";
 }
 
+TEST(HeatFlux, ATurnMayRunBackwards) {
+  EffectModel model({{"HT", kThruster}, {"silver", "Wing rect size 0.4 0.2 cells 3 2 Automatic X T 0 0.3 1"}});
+  model.directives.RotationFrom = 270;
+  model.directives.RotationTo = 1;
+  model.directives.RotationStep = -90;
+  model.IndexPlot = 25;
+  model.Build();
+  model.AutomaticRotationActive = 2;
+  for (int s = 1; s <= 4; ++s) model.rotation.RotPercentTable(s, 1) = 270 - (s - 1) * 90;
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  EXPECT_TRUE(model.dialogs.boxes.empty());
+  EXPECT_EQ(model.stores.RotationSums(0, 0), 3);
+  EXPECT_EQ(model.stores.RotationSums(3, 0), 90);
+  EXPECT_GT(model.Sum(2, 22), 0);
+}
+
+TEST(HeatFlux, AStepOfZeroIsToldAndComputesTheFixedPosition) {
+  EffectModel model({{"HT", kThruster}, {"silver", "Wing rect size 0.4 0.2 cells 3 2 Automatic X T 0 0.3 1"}});
+  model.directives.RotationStep = 0;
+  model.Build();
+  model.AutomaticRotationActive = 2;
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  ASSERT_EQ(model.dialogs.log.size(), 1U);
+  EXPECT_EQ(model.dialogs.log[0], "_The rotation step of the directive line is 0: Wing is not turned");
+  EXPECT_GT(model.Sum(2, 22), 0);
+  EXPECT_EQ(model.stores.RotationSums(0, 0), 0);
+}
+
 TEST(HeatFlux, PlotsOfTheExtremesDoNotTurn) {
   EffectModel model({{"HT", kThruster}, {"silver", "Wing rect size 0.4 0.2 cells 3 2 Automatic X T 0 0.3 1"}});
   model.IndexPlot = 66;

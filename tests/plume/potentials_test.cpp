@@ -70,6 +70,7 @@ TEST(Potentials, ATableOfAnotherLengthIsTold) {
   EffectModel& model = *owner;
   Read(model);
   EXPECT_EQ(model.dialogs.log.back(), "faute xx6 ");
+  EXPECT_EQ(model.dialogs.log.size(), 4U) << "and one mismatch for each missing row";
   EXPECT_EQ(model.Q(2, 3, 1, 63), 30);
   EXPECT_EQ(model.Q(2, 1, 2, 63), 0);
 }

@@ -323,6 +323,9 @@ TEST_F(TableThruster, TenThousandPairsEnd) {
   EXPECT_GE(dialogs.Count(kSubscript), 1);
   EXPECT_EQ(dialogs.Count("Subscript out of range"), 1);
   EXPECT_EQ(Number(-3), 24);
+  EXPECT_EQ(Number(-4), 300);
+  EXPECT_EQ(Number(24), 1000) << "the curves behind a long one must not overwrite the parameters";
+  EXPECT_EQ(Number(1), 2);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -49,6 +50,11 @@ class ProgramTest : public ::testing::Test {
   int Run(const std::string& workbook, std::vector<std::string> more = {}, const std::string& input = "") {
     std::vector<std::string> words = {"run", workbook, "--settings", File("set")};
     if (std::find(more.begin(), more.end(), "--plot") == more.end()) words.insert(words.end(), {"--plot", "13"});
+    // Reports go beside the workbook: those of the examples must not fill their folder.
+    const bool example = workbook.starts_with(ORV_SOURCE_DIR);
+    if (example && std::find(more.begin(), more.end(), "--out") == more.end()) {
+      words.insert(words.end(), {"--out", File("results")});
+    }
     words.insert(words.end(), more.begin(), more.end());
     return Program(words, input);
   }

@@ -72,7 +72,7 @@ class ThrusterReader {
     block_([&] { data_(slot::FirstGas) = firstGas_; });
     speciesCount_ = 1;
     // The second row may stand anywhere below, even in a later table.
-    for (int row = table10.first + 1; row <= database_.NumberOfDatabaseRows; ++row) {
+    for (int row = table10.first + 1; table10.first > 0 && row <= database_.NumberOfDatabaseRows; ++row) {
       if (Cell(row, 1) != name_) continue;
       block_([&] { rowsUsed_.Add(row); });
       speciesCount_ = 2;

@@ -261,10 +261,9 @@ TEST(NumberFormat, SignificantTextReachesTheEndsOfTheRange) {
 // A program that took the user's locale over must not change a single number.
 TEST(NumberFormat, WritesAPointInEveryLocale) {
   const std::string saved = std::setlocale(LC_NUMERIC, nullptr);
-  bool comma = false;
+  // The first of these that is installed; a machine without any checks the plain locale.
   for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "fr_FR.utf8", "de_DE", "fr_FR"}) {
     if (std::setlocale(LC_NUMERIC, name) != nullptr && *std::localeconv()->decimal_point == ',') {
-      comma = true;
       break;
     }
   }
@@ -273,7 +272,6 @@ TEST(NumberFormat, WritesAPointInEveryLocale) {
   const std::string formatted = FormatNumber(1.5, "0.00");
   const std::string significant = SignificantText(1.5, 3);
   std::setlocale(LC_NUMERIC, saved.c_str());
-  if (!comma) GTEST_SKIP() << "no locale with a decimal comma is installed";
   EXPECT_EQ(exact, "1.5");
   EXPECT_EQ(number, "1.5");
   EXPECT_EQ(formatted, "1.50");

@@ -50,10 +50,10 @@ template <class T, std::size_t Rank>
 class Array {
  public:
   Array() = default;
-  explicit Array(const std::array<Bounds, Rank>& bounds) { Size(bounds); }
+  explicit Array(std::array<Bounds, Rank> bounds) { Size(bounds); }
 
   // Gives the array its bounds and clears every element. Failure 6 when the count of elements cannot be addressed.
-  void Size(const std::array<Bounds, Rank>& bounds) {
+  void Size(std::array<Bounds, Rank> bounds) {
     std::size_t total = 1;
     for (const Bounds& b : bounds) {
       constexpr auto most = static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max());

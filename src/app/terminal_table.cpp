@@ -21,7 +21,11 @@ void TerminalTable::Print(std::ostream& out) const {
     for (std::size_t c = 0; c < widths.size(); ++c) {
       const std::string text = cellOf(row, c);
       const std::string pad(widths[c] - CharacterCount(text), ' ');
-      line += c < leftColumns_ ? " " + text + pad : "  " + pad + text;
+      if (c < leftColumns_) {
+        line.append(" ").append(text).append(pad);
+      } else {
+        line.append("  ").append(pad).append(text);
+      }
     }
     out << line.substr(0, line.find_last_not_of(' ') + 1) << '\n';
   }

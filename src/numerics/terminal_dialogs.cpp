@@ -1,6 +1,7 @@
 #include "numerics/terminal_dialogs.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "numerics/text.h"
 
@@ -174,7 +175,7 @@ void TerminalDialogs::Status(const std::string& text) {
 
 void TerminalDialogs::Progress(const std::string& phase, double share) {
   if (options_.quiet || !options_.progressLine) return;
-  const int percent = static_cast<int>(std::clamp(share, 0.0, 1.0) * 100 + 0.5);
+  const int percent = static_cast<int>(std::lround(std::clamp(share, 0.0, 1.0) * 100));
   out_ << "\r\x1b[K" << percent << " %  " << phase << std::flush;
   progressShown_ = true;
 }

@@ -301,7 +301,7 @@ class FullRun {
   void ComputeSputtering() {
     if (model().directives.SpectrumMode != -1 && run_.geometry.rotation.RotatingPrimitive == 0) {
       Tell("The Spectrum feature works only for a rotating primitive, click on OK.", "Case not supported",
-           Icon::Warning);
+           Icon::Critical);
       run_.prompt.AbortQuestion();
     } else {
       block_([&] { phases_.aSpaceApplicationEffectSPUTTERING(run_); });

@@ -63,8 +63,8 @@ class HeatFlux {
     const double from = context_.directives.RotationFrom;
     const double to = context_.directives.RotationTo;
     const double step = context_.directives.RotationStep;
-    if (step == 0) {
-      context_.prompt()("_The rotation step of the directive line is 0: " +
+    if (!(std::abs(step) >= kSmallestRotationStep)) {
+      context_.prompt()("_The rotation step of the directive line is " + NumberText(step) + ": " +
                         context_.PrimitiveNames[static_cast<std::size_t>(p)] + " is not turned");
       OnePrimitive(p);
       return;

@@ -4,6 +4,9 @@
 
 namespace orv {
 
+// A smaller step of the Rotation directive turns nothing: a typing fault must not ask for millions of steps.
+inline constexpr double kSmallestRotationStep = 0.01;  // degrees
+
 // What a rotation step renews behind the geometry of the rotating primitives.
 enum class StepScope {
   RotatingPrimitive,  // angles, plume and rays of the rotating primitive alone

@@ -37,7 +37,7 @@ void SputterTurn::Run(int primitive, SurfaceMaterials& materials, int cleaningSl
   const std::string phase = (Cleans() ? "cleaning, turn of " : "sputtering, turn of ") +
                             context_.PrimitiveNames[static_cast<std::size_t>(primitive)];
   int steps = 0;
-  for (double angle = from; stepAngle > 0 && angle <= kEndOfTurn; angle += stepAngle) {
+  for (double angle = from; stepAngle >= kSmallestRotationStep && angle <= kEndOfTurn; angle += stepAngle) {
     ++steps;
     progress_(phase, (angle - from) / (kEndOfTurn - from));
     if (!Cleans()) block_([&] { context_.stores.RotationCellStore(steps, 0, 0, 0) = static_cast<float>(angle); });

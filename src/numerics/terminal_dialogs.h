@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <istream>
 #include <ostream>
@@ -48,6 +49,7 @@ class TerminalDialogs : public UserDialogs {
 
  private:
   void Print(const std::string& title, const std::string& text, Icon icon);
+  std::string TimeLeft(const std::string& phase, double share);
   Answer ByPolicy(Buttons buttons) const;
   Answer FromTerminal(Buttons buttons);
 
@@ -56,6 +58,11 @@ class TerminalDialogs : public UserDialogs {
   Options options_;
   std::vector<Message> messages_;
   bool progressShown_ = false;
+  // Of the phase whose progress is shown, for the estimate of the time left.
+  std::string phase_;
+  double firstShare_ = 0;
+  double lastShare_ = 0;
+  std::chrono::steady_clock::time_point phaseBegin_;
 };
 
 }  // namespace orv

@@ -1,8 +1,10 @@
 #include "numerics/terminal_dialogs.h"
 
+#include <chrono>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "numerics/error_prompt.h"
@@ -192,6 +194,21 @@ TEST(TerminalDialogs, ServesTheErrorPrompt) {
   Terminal strict(QuestionPolicy::Abort);
   ErrorPrompt aborting(strict.dialogs);
   EXPECT_THROW(aborting("faute"), ProgramEnd);
+}
+
+TEST(TerminalDialogs, TellsTheTimeLeftOnceThePaceIsKnown) {
+  std::istringstream in;
+  std::ostringstream out;
+  TerminalDialogs::Options options;
+  options.progressLine = true;
+  TerminalDialogs dialogs(in, out, options);
+  dialogs.Progress("long work", 0);
+  EXPECT_EQ(out.str().find("left"), std::string::npos);
+  std::this_thread::sleep_for(std::chrono::milliseconds(1050));
+  dialogs.Progress("long work", 0.5);
+  EXPECT_NE(out.str().find("50 %  long work, about 1 s left"), std::string::npos) << out.str();
+  dialogs.Progress("other work", 0.6);
+  EXPECT_EQ(out.str().find("other work, about"), std::string::npos);
 }
 
 }  // namespace

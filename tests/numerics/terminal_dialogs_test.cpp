@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <gtest/gtest.h>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -206,7 +207,8 @@ TEST(TerminalDialogs, TellsTheTimeLeftOnceThePaceIsKnown) {
   EXPECT_EQ(out.str().find("left"), std::string::npos);
   std::this_thread::sleep_for(std::chrono::milliseconds(1050));
   dialogs.Progress("long work", 0.5);
-  EXPECT_NE(out.str().find("50 %  long work, about 1 s left"), std::string::npos) << out.str();
+  // How long the pause really took is the machine's; that an estimate stands there is ours.
+  EXPECT_TRUE(std::regex_search(out.str(), std::regex("50 %  long work, about [1-9][0-9]* s left"))) << out.str();
   dialogs.Progress("other work", 0.6);
   EXPECT_EQ(out.str().find("other work, about"), std::string::npos);
 }

@@ -16,6 +16,7 @@
 #include "plume/plume_models.h"
 #include "plume/radio_link.h"
 #include "plume/thruster_data.h"
+#include "view/point_lists.h"
 
 namespace orv {
 
@@ -67,6 +68,7 @@ struct RunRecord {
   std::vector<std::pair<std::string, double>> phaseSeconds;  // in order
   std::string ReportText;       // output file and duration of the full run, as the case line ends
   bool ignoreFailures = false;  // the user chose Ignore in this run: no further box
+  int RunNumber = 0;            // full runs of this session
   bool finished = false;        // a full run ended: a re-plot may use its data
 };
 
@@ -100,6 +102,7 @@ struct RunContext {
   EffectStores stores;
   TableCache tables;
   RunRecord record;
+  PointLists lists;  // of the plot shown
 
   UserDialogs& dialogs() { return prompt.dialogs(); }
 

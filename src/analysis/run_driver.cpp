@@ -6,6 +6,7 @@
 #include <new>
 
 #include "analysis/case_trace.h"
+#include "analysis/display_lists.h"
 #include "analysis/result_file.h"
 #include "analysis/result_labels.h"
 #include "analysis/run_block.h"
@@ -24,6 +25,12 @@ constexpr int kSmallestArray = 5;
 constexpr double kMaxCells = 2e7;  // all planes of a run then take about 8 GB
 constexpr double kMaxGrid = 2e8;   // addressed for each primitive, mostly without memory behind it
 
+// What the title of a plot begins with.
+std::string TitleStart(const PlotState& plot) {
+  if (!(plot.MaiOrigine > 0)) return "OrvValis ";
+  return "OrvValis MAIORIGINE= " + FormatNumber(plot.MaiOrigine, "#") + " ";
+}
+
 // One full run; its members are the steps in their order.
 class FullRun {
  public:
@@ -36,6 +43,7 @@ class FullRun {
       return false;
     }
     run_.record.finished = false;
+    ++run_.record.RunNumber;
     run_.record.phaseSeconds.clear();
     run_.record.files.clear();
     run_.record.filesSkipped.clear();
@@ -312,15 +320,16 @@ class FullRun {
   }
 
   void Display() {
-    plot().PlotTitle = "OrvValis ";
-    if (plot().MaiOrigine > 0) plot().PlotTitle += "MAIORIGINE= " + FormatNumber(plot().MaiOrigine, "#") + " ";
-    plot().FactorScale = 1.01;
+    plot().PlotTitle = TitleStart(plot());
+    plot().FactorScale = kAnalysisScale;
     plot().PenUpMode = true;
     run_.geometry.rotation.RotatingPrimitive = run_.rotation.RotatingPrimitive;
     run_.record.PlotReportFile = model().WorkbookFolder + PlotReportName(run_);
     run_.record.ReportText = ReportText(run_, run_.clock.Seconds() - model().StartTime);
     DisplayLists(run_, phases_);
-    plot().PlotTitle += run_.record.PlasmaText;
+    // The plot of the volume itself has told it.
+    if (!Contains(plot().PlotTitle, run_.record.PlasmaText)) plot().PlotTitle += run_.record.PlasmaText;
+    run_.lists.Title = plot().PlotTitle;
     const std::string traceFile = run_.OutputFolder + "OrvTraceResults.txt";
     block_.setFiles(run_.record.PlotReportFile, traceFile);
     const bool printed = block_([&] { PrintCaseLine(run_); });
@@ -391,14 +400,19 @@ void BuildThrusterFrame(RunContext& run, int primitive) {
 
 void DisplayLists(RunContext& run, RunPhases& phases) {
   RunBlock block(run.prompt, run.record.ignoreFailures, run.record.PlotReportFile, run.record.TraceFile);
+  FillDisplayLists(run);
   block([&] { phases.FillPointLists(run); });
   AskCaseText(run);
-  run.record.CaseLine = ComposeCaseLine(run, run.record.ReportText);
+  std::string& line = run.record.CaseLine;
+  line = ComposeCaseLine(run, run.record.ReportText);
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
 }
 
 bool a_SpaceApplication(RunContext& run, PlotSelection& selection, RunPhases& phases) {
   if (run.plot.IndexPlotRequest != 0 && run.record.finished) {
     run.plot.IndexPlot = run.plot.IndexPlotRequest;
+    run.plot.PlotTitle = TitleStart(run.plot);
     DisplayLists(run, phases);
     run.plot.IndexPlotRequest = 0;
     return true;

@@ -8,6 +8,8 @@
 
 #include "analysis/cell_export.h"
 #include "geometry/quantities.h"
+#include "numerics/text.h"
+#include "view/view_state.h"
 
 namespace orv {
 namespace {
@@ -18,11 +20,16 @@ Examples:
       ion density on every cell of the example satellite
   orvvalis run model.ods --sheet Model --plot 20 --export cells.csv --export cells.vtp
       shadow flags, and the cells as a table and for ParaView
+  orvvalis run examples/telecom_satellite.xlsx --plot 13 --log 1 --image density.png
+      the same as a picture, no display needed
   orvvalis plots
       the list of all plot numbers
 
 Exit codes: 0 done, 1 ended by an abort answer, 2 wrong usage, 3 the workbook cannot be read,
 4 a result cannot be written.)";
+
+constexpr int kSmallestPicture = 16;
+constexpr int kLargestPicture = 16384;
 
 bool IsPlot(int number) {
   if (number >= Number(Quantity::Redeposition) && number <= kLastPlot) return true;
@@ -50,6 +57,97 @@ std::string CheckSeparator(const std::string& text) {
 
 std::string CheckDate(const std::string& text) {
   return ReadDate(text) ? std::string() : "\"" + text + "\" is no date such as 2026-03-31 or 2026-03-31T12:00:00";
+}
+
+std::string CheckImage(const std::string& text) {
+  const std::string name = UpperCase(text);
+  const bool known = name.ends_with(".PNG") || name.ends_with(".BMP");
+  return known ? std::string() : "the ending of \"" + text + "\" is none of .png, .bmp";
+}
+
+std::string CheckView(const std::string& text) {
+  return ReadView(text)
+             ? std::string()
+             : "\"" + text + "\" is no view such as iso, isonew:3, isonewplus, realiso:3, proj:5 or projinverse:5";
+}
+
+std::string CheckBackground(const std::string& text) {
+  return ReadBackground(text) ? std::string() : "\"" + text + "\" is neither white nor a colour such as 10,20,70";
+}
+
+// Reads WIDTHxHEIGHT.
+bool ReadSize(const std::string& text, int& width, int& height) {
+  int w = 0;
+  int h = 0;
+  char rest = 0;
+  if (std::sscanf(text.c_str(), "%5dx%5d%c", &w, &h, &rest) != 2) return false;
+  if (w < kSmallestPicture || h < kSmallestPicture || w > kLargestPicture || h > kLargestPicture) return false;
+  width = w;
+  height = h;
+  return true;
+}
+
+void DescribePicture(CLI::App& command, PictureArguments& p, bool required) {
+  const std::string group = "Picture";
+  CLI::Option* image =
+      command.add_option("--image", p.images, "Draw the plot into this file, .png or .bmp; may be given several times")
+          ->check(CheckImage)
+          ->allow_extra_args(false)
+          ->group(group);
+  if (required) image->required();
+  const auto size = [&p](const std::string& text) {
+    return ReadSize(text, p.width, p.height)
+               ? std::string()
+               : "\"" + text + "\" is no size from 16x16 to 16384x16384, such as 1280x960";
+  };
+  command.add_option("--size", "Width and height of the picture in pixels (default: 1280x960)")
+      ->check(size)
+      ->type_name("WxH")
+      ->group(group);
+  command.add_option("--pixel-ratio", p.pixelRatio, "Size of texts and lines, 2 for pictures that are shown small")
+      ->check(CLI::Range(0.5, 8.0))
+      ->group(group);
+  command
+      .add_option("--view", p.view,
+                  "iso; isonew:AXIS with that axis upright, 1 to 3; isonewplus; realiso:AXIS; proj:N or projinverse:N, "
+                  "one of twelve straight views, 0 to 11")
+      ->check(CheckView)
+      ->group(group);
+  command
+      .add_option("--sides", p.sides,
+                  "0 dots, 1 dots and borders, 2 recto sides, 3 verso sides, 4 both (default: 2, from plot 90 on 1)")
+      ->check(CLI::Range(0, kSidesModes - 1))
+      ->group(group);
+  command.add_option("--color-style", p.colorStyle, "Colours of the scale, 0 to 6")
+      ->check(CLI::Range(0, kColorStyles - 1))
+      ->group(group);
+  command
+      .add_option("--scale-mode", p.scaleMode,
+                  "Place of the scale: 0 corner, 1 corner and axes, 2 and 4 labels on the axes, 3 dots on the axes, 5 "
+                  "none")
+      ->check(CLI::Range(0, kScaleModes - 1))
+      ->group(group);
+  command.add_option("--frame-fraction", p.frameFraction, "Draw the plot up to this thousandth (default: 1000)")
+      ->check(CLI::Range(0, 1000))
+      ->group(group);
+  command.add_option("--start-fraction", p.startFraction, "Leave out the plot up to this thousandth (default: 0)")
+      ->check(CLI::Range(0, 1000))
+      ->group(group);
+  command.add_option("--background", p.background, "white, or red,green,blue from 0 to 255 (default: as stored)")
+      ->check(CheckBackground)
+      ->group(group);
+  command.add_flag("--vectors", p.vectors, "Show the vectors of the flow on the hottest cells")->group(group);
+}
+
+void DescribeShow(CLI::App& show, Arguments& a) {
+  show.add_option("PLOTFILE", a.plotFile, "Plot file: tab-separated text with a header line")->required();
+  DescribePicture(show, a.picture, true);
+  show.add_option("--settings", a.settingsFolder, "Folder of settings (default: the user's own)");
+  show.add_option("--decimal", a.decimal, "Decimal separator of numbers in the file (default: the locale's)")
+      ->check(CheckSeparator);
+  show.add_option("--thousands", a.thousands,
+                  "Thousands separator, one character, or the word none (default: the locale's)");
+  show.add_flag("--quiet", a.quiet, "Print problems and questions only");
 }
 
 void DescribeRun(CLI::App& run, Arguments& a) {
@@ -85,6 +183,7 @@ void DescribeRun(CLI::App& run, Arguments& a) {
       ->check(CheckDate);
   run.add_flag("--summary", a.summary, "Print the tables of all effects: heat, forces, moments, erosion, redeposition");
   run.add_flag("--quiet", a.quiet, "Print problems and questions only");
+  DescribePicture(run, a.picture, false);
 }
 
 }  // namespace
@@ -105,6 +204,40 @@ std::optional<CivilTime> ReadDate(const std::string& text) {
   return time;
 }
 
+std::optional<ViewChoice> ReadView(const std::string& text) {
+  const std::size_t colon = text.find(':');
+  ViewChoice view;
+  view.form = text.substr(0, colon);
+  const bool straight = view.form == "proj" || view.form == "projinverse";
+  const bool axis = view.form == "isonew" || view.form == "realiso";
+  if (!straight && !axis && view.form != "iso" && view.form != "isonewplus") return std::nullopt;
+  if (colon == std::string::npos) {
+    if (axis) view.number = 3;
+    return view;
+  }
+  if (!straight && !axis) return std::nullopt;
+  const std::string number = text.substr(colon + 1);
+  if (number.empty() || number.size() > 2 || number.find_first_not_of("0123456789") != std::string::npos) {
+    return std::nullopt;
+  }
+  view.number = std::stoi(number);
+  const bool inside = straight ? view.number <= 11 : view.number >= 1 && view.number <= 3;
+  return inside ? std::optional(view) : std::nullopt;
+}
+
+std::optional<std::array<double, 3>> ReadBackground(const std::string& text) {
+  if (text == "white") return std::array<double, 3>{255, 255, 255};
+  int colour[3] = {};
+  char rest = 0;
+  if (std::sscanf(text.c_str(), "%3d,%3d,%3d%c", &colour[0], &colour[1], &colour[2], &rest) != 3) return std::nullopt;
+  std::array<double, 3> result{};
+  for (std::size_t i = 0; i < 3; ++i) {
+    if (colour[i] < 0 || colour[i] > 255) return std::nullopt;
+    result[i] = colour[i];
+  }
+  return result;
+}
+
 std::optional<Arguments> ParseArguments(int argc, const char* const* argv, std::ostream& out, std::ostream& err,
                                         int& exitCode) {
   Arguments a;
@@ -116,6 +249,9 @@ std::optional<Arguments> ParseArguments(int argc, const char* const* argv, std::
   CLI::App* run = app.add_subcommand("run", "Compute a model and report the results");
   run->footer("");
   DescribeRun(*run, a);
+  CLI::App* show = app.add_subcommand("show", "Draw a plot file into a picture");
+  show->footer("");
+  DescribeShow(*show, a);
   CLI::App* plots = app.add_subcommand("plots", "List the plot numbers with their labels");
   try {
     app.parse(argc, argv);
@@ -127,7 +263,8 @@ std::optional<Arguments> ParseArguments(int argc, const char* const* argv, std::
     exitCode = kExitUsage;
     return std::nullopt;
   }
-  a.command = plots->parsed() ? Arguments::Command::Plots : Arguments::Command::Run;
+  if (plots->parsed()) a.command = Arguments::Command::Plots;
+  if (show->parsed()) a.command = Arguments::Command::Show;
   exitCode = kExitDone;
   return a;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -16,11 +17,39 @@ inline constexpr int kExitUsage = 2;
 inline constexpr int kExitWorkbook = 3;
 inline constexpr int kExitOutput = 4;
 
+// How a picture of the view is drawn and where it goes.
+struct PictureArguments {
+  std::vector<std::string> images;  // .png or .bmp
+  int width = 1280;                 // device pixels
+  int height = 960;
+  double pixelRatio = 1;  // device pixels in a logical one: texts and lines grow with it
+  std::string view;       // empty: the first view of the window
+  std::optional<int> sides;
+  int colorStyle = 0;
+  int scaleMode = 0;
+  int frameFraction = 1000;  // thousandths of the plot that are drawn
+  int startFraction = 0;     // thousandths left out at its start
+  std::string background;    // empty: as stored
+  bool vectors = false;
+};
+
+// A view as --view takes it.
+struct ViewChoice {
+  std::string form;  // iso, isonew, isonewplus, proj, projinverse, realiso
+  int number = 0;    // axis 1 .. 3 or view 0 .. 11
+};
+std::optional<ViewChoice> ReadView(const std::string& text);
+
+// "white", or red, green and blue from 0 to 255 with commas between.
+std::optional<std::array<double, 3>> ReadBackground(const std::string& text);
+
 // What the user typed behind the program's name.
 struct Arguments {
-  enum class Command { Run, Plots };
+  enum class Command { Run, Plots, Show };
   Command command = Command::Run;
   std::string workbook;
+  std::string plotFile;  // show
+  PictureArguments picture;
   std::string sheet;
   std::string cell;
   int plot = 0;

@@ -31,7 +31,11 @@ int Run(const Arguments& arguments, const Streams& streams) {
                         session.run().model.WorkbookName + "\" holds no database: nothing was computed.",
                     kExitWorkbook);
     }
-    return ReportRun(arguments, session, streams.out) ? kExitDone : kExitOutput;
+    const bool reported = ReportRun(arguments, session, streams.out);
+    std::ostream* out = arguments.quiet ? nullptr : &streams.out;
+    const bool drawn =
+        arguments.picture.images.empty() || DrawPictures(arguments.picture, session, session.run().lists, out);
+    return reported && drawn ? kExitDone : kExitOutput;
   } catch (const WorkbookError& error) {
     return refuse(error.what(), kExitWorkbook);
   } catch (const ModelNotFound& error) {
@@ -45,6 +49,22 @@ int Run(const Arguments& arguments, const Streams& streams) {
   }
 }
 
+int Show(const Arguments& arguments, const Streams& streams) {
+  Session session(arguments, streams);
+  try {
+    LoadPlotFile(arguments, session);
+    std::ostream* out = arguments.quiet ? nullptr : &streams.out;
+    return DrawPictures(arguments.picture, session, session.run().lists, out) ? kExitDone : kExitOutput;
+  } catch (const WorkbookError& error) {
+    session.dialogs().EndProgress();
+    streams.err << "orvvalis: " << error.what() << '\n';
+    return kExitWorkbook;
+  } catch (const ProgramEnd&) {
+    streams.err << "orvvalis: ended by an abort answer\n";
+    return kExitAborted;
+  }
+}
+
 }  // namespace
 
 int RunCommandLine(int argc, const char* const* argv, const Streams& streams) {
@@ -55,6 +75,7 @@ int RunCommandLine(int argc, const char* const* argv, const Streams& streams) {
     ListPlots(streams.out);
     return kExitDone;
   }
+  if (arguments->command == Arguments::Command::Show) return Show(*arguments, streams);
   return Run(*arguments, streams);
 }
 

@@ -16,6 +16,13 @@ bool RunModel(const Arguments& arguments, Session& session);
 // Prints the summary, writes the exports. False when a file could not be written.
 bool ReportRun(const Arguments& arguments, Session& session, std::ostream& out);
 
+// Reads a plot file into the lists of the view. Throws WorkbookError when there is no plot in it.
+void LoadPlotFile(const Arguments& arguments, Session& session);
+
+// Draws the plot of the lists into the picture files that were asked for. False when one could not be made; the user
+// was told why.
+bool DrawPictures(const PictureArguments& arguments, Session& session, PointLists& lists, std::ostream* out);
+
 // The whole program; returns its exit code.
 int RunCommandLine(int argc, const char* const* argv, const Streams& streams);
 

@@ -63,7 +63,7 @@ inline constexpr std::array<Setting, 20> kSettings = {{
     {"UseOrv", "LastRun", "", "Last run", "Number of the plot of the last full run"},
     {"UseOrv", "PlotOptionC", "0", "Release compatibility", "Number used when the plot options hold no C"},
     {"UseOrv", "HeatFluxScale", "0.1", "Heat flux vectors",
-     "Length of the heat flux vectors; not above 0 reads as 0.1"},
+     "Length of the heat flux vectors as a share of the model's radius; not above 0 reads as 0.1"},
     {"UseOrv", "DecimalSeparator", "", "Decimal separator", "Overrides the decimal separator of the locale"},
     {"UseOrv", "ThousandSeparator", "", "Thousands separator",
      "Overrides the locale's; the word none for no separator"},

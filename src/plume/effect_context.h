@@ -63,7 +63,7 @@ struct EffectContext {
   int CleaningOn;
   int AutomaticRotationActive;  // index of the rotating primitive when a heat flux or force plot turns it, else 0
   int SputterRotationActive;    // the same for sputter and redeposition plots
-  double HeatFluxScale;         // length of the vectors of HeatFluxList, metres
+  double HeatFluxScale;         // length of the vectors of HeatFluxList over the model's radius
   // What is computed
   Cells& cells;
   GeometryState& geometry;  // geometry.rotation.RotatingPrimitive: the rotating primitive in force, 0 for none

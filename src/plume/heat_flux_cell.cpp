@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include "geometry/cell_walk.h"
 #include "model/cell_table.h"
 #include "numerics/angles.h"
 #include "numerics/number_format.h"
@@ -229,15 +230,20 @@ void HeatFluxPass::AddSegment(const Vector3& from, const Vector3& to) {
   list.push_back({0, 0, 0, -1});
 }
 
+double HeatFluxPass::VectorLength() {
+  if (!modelRadius_) modelRadius_ = CellRadius(context_.cells, Vector3{});
+  return context_.HeatFluxScale * *modelRadius_;
+}
+
 void HeatFluxPass::ShowFlow(int p, int i, int j) {
   const CellState cell(data_, p, i, j, context_.directives.MomentOrigin);
   Vector3 direction;
   double length = 0;
   vUnit(incident_, direction, length);
   Vector3 end;
-  vScaleAdd(direction, -context_.HeatFluxScale, cell.centre, end);
+  vScaleAdd(direction, -VectorLength(), cell.centre, end);
   AddSegment(end, cell.centre);
-  vScaleAdd(tangent_, context_.HeatFluxScale / 4, cell.centre, end);
+  vScaleAdd(tangent_, VectorLength() / 4, cell.centre, end);
   AddSegment(cell.centre, end);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "numerics/vectors.h"
 #include "plume/effect_context.h"
 #include "plume/heat_flux.h"
@@ -27,7 +29,8 @@ class HeatFluxPass {
   // The same for one cell.
   void SingleCell(int p, int i, int j);
 
-  // Puts the incident direction and the tangent at a cell into HeatFluxList.
+  // Puts the incident direction and the tangent at a cell into HeatFluxList. HeatFluxScale times the radius of the
+  // model is the length of the first, a quarter of it that of the second.
   void ShowFlow(int p, int i, int j);
 
  private:
@@ -39,6 +42,7 @@ class HeatFluxPass {
   void AddExtremeTerms(CellState& cell);
   bool InPlume(double thetaDeg) const;
   void AddSegment(const Vector3& from, const Vector3& to);
+  double VectorLength();
 
   EffectContext& context_;
   CellBlock& data_;
@@ -51,6 +55,7 @@ class HeatFluxPass {
   double charge_[2] = {};
   Vector3 tangent_;  // of the cell before where a cell has none
   Vector3 incident_;
+  std::optional<double> modelRadius_;  // found when a vector is shown for the first time
 };
 
 }  // namespace orv

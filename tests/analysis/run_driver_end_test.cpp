@@ -16,7 +16,7 @@ using DriverEnd = RunFixture;
 
 TEST_F(DriverEnd, TheViewIsPrepared) {
   LoadAndRun();
-  EXPECT_EQ(run.plot.PlotTitle, "OrvValis ");
+  EXPECT_THAT(run.plot.PlotTitle, StartsWith("OrvValis  M1  Density (m-3) Scale "));
   EXPECT_EQ(run.plot.FactorScale, 1.01);
   EXPECT_TRUE(run.plot.PenUpMode);
 }
@@ -25,7 +25,8 @@ TEST_F(DriverEnd, TheCaseLineTellsTheRun) {
   LoadAndRun();
   const std::string file = "/models/OrvTest modelplot13 20310405 060708_.xls";
   EXPECT_EQ(run.record.PlotReportFile, file);
-  EXPECT_THAT(run.record.CaseLine, StartsWith("2031/04/05 06:07:08 OrvValis  Case .... Model:Test model Database:"));
+  EXPECT_THAT(run.record.CaseLine,
+              StartsWith("2031/04/05 06:07:08 " + run.plot.PlotTitle + " Case .... Model:Test model Database:"));
   EXPECT_THAT(run.record.CaseLine,
               HasSubstr(" OutputFiles: " + ReplaceAll(file, " ", kHardBlank) + "  ProcessDuration:"));
   EXPECT_EQ(run.record.CaseLine.find("CHECK case"), std::string::npos);

@@ -163,11 +163,11 @@ TEST_F(Driver, TheCompatibilityNumberComesFromItsSetting) {
 TEST_F(Driver, CheckCasesStandInTheTitle) {
   LoadAndRun(13, "F 3");
   EXPECT_EQ(run.plot.MaiOrigine, 3);
-  EXPECT_EQ(run.plot.PlotTitle, "OrvValis MAIORIGINE= 3 ");
+  EXPECT_THAT(run.plot.PlotTitle, ::testing::StartsWith("OrvValis MAIORIGINE= 3  M1  Density"));
   EXPECT_THAT(run.record.CaseLine, ::testing::EndsWith(" CHECK case (soft/MAI): 3"));
   Run(13, "F -3");
   EXPECT_EQ(run.plot.MaiOrigine, 0);
-  EXPECT_EQ(run.plot.PlotTitle, "OrvValis ");
+  EXPECT_THAT(run.plot.PlotTitle, ::testing::StartsWith("OrvValis  M2  Density"));
   Run(13);
   EXPECT_EQ(run.plot.MaiOrigine, 0);
 }

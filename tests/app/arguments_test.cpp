@@ -144,5 +144,71 @@ TEST_F(ArgumentsTest, HelpAndVersionEndWell) {
   }
 }
 
+TEST_F(ArgumentsTest, APictureHasItsDefaults) {
+  const auto a = Parse({"run", "model.xlsx", "--plot", "13", "--image", "a.png", "--image", "b.BMP"});
+  ASSERT_TRUE(a);
+  EXPECT_EQ(a->picture.images, (std::vector<std::string>{"a.png", "b.BMP"}));
+  EXPECT_EQ(a->picture.width, 1280);
+  EXPECT_EQ(a->picture.height, 960);
+  EXPECT_EQ(a->picture.pixelRatio, 1);
+  EXPECT_EQ(a->picture.view, "");
+  EXPECT_FALSE(a->picture.sides);
+  EXPECT_EQ(a->picture.colorStyle, 0);
+  EXPECT_EQ(a->picture.scaleMode, 0);
+  EXPECT_EQ(a->picture.frameFraction, 1000);
+  EXPECT_EQ(a->picture.startFraction, 0);
+  EXPECT_FALSE(a->picture.vectors);
+}
+
+TEST_F(ArgumentsTest, APictureTakesItsOptions) {
+  const auto a = Parse({"run",           "m.xlsx",  "--plot",        "19",       "--image",          "a.png",
+                        "--size",        "640x480", "--view",        "isonew:3", "--sides",          "4",
+                        "--color-style", "6",       "--scale-mode",  "5",        "--frame-fraction", "300",
+                        "--background",  "white",   "--pixel-ratio", "2",        "--vectors"});
+  ASSERT_TRUE(a) << err.str();
+  EXPECT_EQ(a->picture.width, 640);
+  EXPECT_EQ(a->picture.height, 480);
+  EXPECT_EQ(a->picture.view, "isonew:3");
+  EXPECT_EQ(a->picture.sides, 4);
+  EXPECT_EQ(a->picture.colorStyle, 6);
+  EXPECT_EQ(a->picture.scaleMode, 5);
+  EXPECT_EQ(a->picture.frameFraction, 300);
+  EXPECT_EQ(a->picture.pixelRatio, 2);
+  EXPECT_TRUE(a->picture.vectors);
+}
+
+TEST_F(ArgumentsTest, PictureOptionsAreChecked) {
+  const std::vector<std::pair<std::string, std::string>> bad = {
+      {"--image", "a.gif"},      {"--image", "png"},          {"--size", "640"},      {"--size", "0x100"},
+      {"--size", "-5x100"},      {"--size", "99999x100"},     {"--size", "100x100x"}, {"--view", "top"},
+      {"--view", "isonew:4"},    {"--view", "isonew:"},       {"--view", "proj:12"},  {"--view", "iso:1"},
+      {"--sides", "5"},          {"--color-style", "7"},      {"--scale-mode", "-1"}, {"--frame-fraction", "1001"},
+      {"--background", "green"}, {"--background", "1,2,256"}, {"--pixel-ratio", "9"}, {"--background", "1,2"}};
+  for (const auto& [option, value] : bad) ExpectRefused({"run", "m.xlsx", "--plot", "13", option, value}, value);
+}
+
+TEST_F(ArgumentsTest, ViewsAndColours) {
+  ASSERT_TRUE(ReadView("proj:11"));
+  EXPECT_EQ(ReadView("proj:11")->number, 11);
+  EXPECT_EQ(ReadView("realiso")->number, 3);
+  EXPECT_EQ(ReadView("iso")->form, "iso");
+  EXPECT_EQ(ReadView("proj")->number, 0);
+  EXPECT_FALSE(ReadView("proj:999999999999"));
+  EXPECT_FALSE(ReadView(""));
+  EXPECT_EQ(ReadBackground("10,20,70"), (std::array<double, 3>{10, 20, 70}));
+  EXPECT_EQ(ReadBackground("white"), (std::array<double, 3>{255, 255, 255}));
+  EXPECT_FALSE(ReadBackground("10,20,-1"));
+  EXPECT_FALSE(ReadBackground("10;20;70"));
+}
+
+TEST_F(ArgumentsTest, ShowDrawsAPlotFile) {
+  const auto a = Parse({"show", "plot.txt", "--image", "a.png"});
+  ASSERT_TRUE(a);
+  EXPECT_EQ(a->command, Arguments::Command::Show);
+  EXPECT_EQ(a->plotFile, "plot.txt");
+  ExpectRefused({"show", "plot.txt"}, "--image");
+  ExpectRefused({"show", "--image", "a.png"}, "PLOTFILE");
+}
+
 }  // namespace
 }  // namespace orv

@@ -224,6 +224,19 @@ TEST(HeatFlux, TheHottestCornerIsFound) {
   EXPECT_EQ(model.Q(2, 1, 1, 13), before[2]);
   EXPECT_EQ(model.stores.HeatFluxList.size(), 6U) << "incident vector and tangent, each two points and a break";
   EXPECT_EQ(model.stores.HeatFluxList[2][3], -1);
+  // A tenth of the model's radius, and a quarter of that.
+  const double radius = std::hypot(0.5, 1);
+  const auto length = [&](std::size_t from) {
+    double squares = 0;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      const double part = static_cast<double>(model.stores.HeatFluxList[from + 1][axis]) -
+                          static_cast<double>(model.stores.HeatFluxList[from][axis]);
+      squares += part * part;
+    }
+    return std::sqrt(squares);
+  };
+  EXPECT_NEAR(length(0), 0.1 * radius, 1e-6);
+  EXPECT_NEAR(length(3), 0.025 * radius, 1e-6);
 }
 
 TEST(HeatFlux, AMissingMaterialIsToldAndKeepsTheValuesBefore) {

@@ -1,0 +1,89 @@
+#include <filesystem>
+#include <memory>
+#include <ostream>
+
+#include "app/command_line.h"
+#include "numerics/paths.h"
+#include "numerics/text.h"
+#include "view/class_gl.h"
+#include "view/image_file.h"
+#include "view/offscreen_control.h"
+
+namespace orv {
+namespace {
+
+ViewState ViewOf(const PictureArguments& arguments, const SettingsStore& settings, double plot) {
+  ViewState view;
+  LoadOptions(settings, view.options);
+  if (const auto background = ReadBackground(arguments.background)) view.options.ColourOfBackGround = *background;
+  view.ColorStyle = arguments.colorStyle;
+  view.ScaleMode = arguments.scaleMode;
+  view.SidesMode = arguments.sides.value_or(plot > 0 && plot < 90 ? kRectoSide : kDotsAndBorders);
+  view.redrawFraction = arguments.frameFraction / 1000.0;
+  view.startFraction = arguments.startFraction / 1000.0;
+  return view;
+}
+
+void TurnTo(const ViewChoice& choice, ClassGl& scene, glxCtl& control) {
+  if (choice.form == "iso") scene.CameraSet("ISO", 0, 0);
+  if (choice.form == "isonewplus") scene.CameraSet("ISONEWPLUS", 2, 0);
+  if (choice.form == "isonew" || choice.form == "realiso") {
+    scene.View().realIso = choice.form == "realiso";
+    scene.Cameras() = CameraCycle();
+    scene.CameraSet("ISONEW", choice.number, 1);
+  }
+  if (choice.form == "proj") scene.Cameras().ShowProjection(choice.number, control.Camera(), control.Trackball());
+  if (choice.form == "projinverse") {
+    scene.Cameras().ShowProjection((12 - choice.number) % 12, control.Camera(), control.Trackball());
+  }
+}
+
+void MakeFolder(const std::string& name) {
+  std::error_code error;
+  const std::filesystem::path folder = PathOf(name).parent_path();
+  if (!folder.empty()) std::filesystem::create_directories(folder, error);
+}
+
+}  // namespace
+
+bool DrawPictures(const PictureArguments& arguments, Session& session, PointLists& lists, std::ostream* out) {
+  UserDialogs& dialogs = session.dialogs();
+  const auto refuse = [&](const std::string& why) {
+    for (const std::string& name : arguments.images) {
+      dialogs.Tell("The picture \"" + name + "\" could not be drawn: " + why, "Picture", Icon::Critical);
+    }
+    return false;
+  };
+  ViewState view = ViewOf(arguments, session.settings(), lists.IndexPlot);
+  OffscreenWish wish;
+  wish.width = arguments.width;
+  wish.height = arguments.height;
+  wish.deviceRatio = arguments.pixelRatio;
+  OffscreenControl::Made made = OffscreenControl::Make(wish);
+  if (!made.control) return refuse(made.message);
+  OffscreenControl& control = *made.control;
+  control.LogTo([&](const std::string& message) { dialogs.Log(message); });
+  ClassGl scene(control, lists, view, session.run().prompt, session.clock());
+  control.Attach(scene);
+  control.Paint(scene);  // takes the plot in and sets the first view
+  if (arguments.vectors) scene.ShowVectors(true);
+  if (const auto choice = ReadView(arguments.view)) TurnTo(*choice, scene, control);
+  control.Paint(scene);
+  const Image picture = control.Picture();
+  if (picture.rgb.empty()) return refuse("its OpenGL was lost");
+  bool allWritten = true;
+  for (const std::string& name : arguments.images) {
+    MakeFolder(name);
+    const std::string failure =
+        UpperCase(name).ends_with(".BMP") ? WriteBitmap(name, picture) : WritePng(name, picture);
+    if (!failure.empty()) {
+      dialogs.Tell(failure, "Picture", Icon::Critical);
+      allWritten = false;
+    } else if (out != nullptr) {
+      *out << "Picture     " << name << '\n';
+    }
+  }
+  return allWritten;
+}
+
+}  // namespace orv

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+
+#include "numerics/paths.h"
+#include "view/image_file.h"
+
+// Comparison of a drawn picture with one that was looked at and kept.
+namespace orv::testing {
+
+struct GoldenTolerance {
+  int channel = 24;     // difference of a colour component that counts as equal
+  double share = 0.01;  // of the pixels that may differ by more
+};
+
+inline std::string GoldenName(const std::string& name) {
+  return std::string(ORV_SOURCE_DIR) + "/tests/golden/" + name + ".png";
+}
+
+inline std::string FailureName(const std::string& name, const std::string& kind) {
+  const std::filesystem::path folder = std::filesystem::current_path() / "golden_failures";
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  return TextOf(folder / (name + "_" + kind + ".png"));
+}
+
+// Largest difference of the components of a pixel.
+inline int PixelDifference(const Image& a, const Image& b, std::size_t pixel) {
+  int largest = 0;
+  for (std::size_t i = pixel * 3; i < pixel * 3 + 3; ++i) largest = std::max(largest, std::abs(a.rgb[i] - b.rgb[i]));
+  return largest;
+}
+
+// Pixels that differ in red, the others as a pale copy of the golden picture.
+inline Image DifferenceImage(const Image& golden, const Image& actual, int channel) {
+  Image out = golden;
+  for (std::size_t pixel = 0; pixel < out.rgb.size() / 3; ++pixel) {
+    const bool differs = PixelDifference(golden, actual, pixel) > channel;
+    for (std::size_t i = 0; i < 3; ++i) {
+      std::uint8_t& part = out.rgb[pixel * 3 + i];
+      part = differs ? static_cast<std::uint8_t>(i == 0 ? 255 : 0) : static_cast<std::uint8_t>(192 + part / 4);
+    }
+  }
+  return out;
+}
+
+// Success when the picture is the golden one of that name, up to the tolerance. A failure leaves the picture and the
+// difference in the folder golden_failures of the working folder. ORV_UPDATE_GOLDEN=1 keeps the picture as the golden
+// one.
+inline ::testing::AssertionResult MatchesGolden(const std::string& name, const Image& actual,
+                                                const GoldenTolerance& tolerance = {}) {
+  if (actual.width <= 0 || actual.height <= 0) return ::testing::AssertionFailure() << "there is no picture";
+  const std::string file = GoldenName(name);
+  if (const char* update = std::getenv("ORV_UPDATE_GOLDEN"); update != nullptr && std::string(update) == "1") {
+    const std::string message = WritePng(file, actual);
+    if (!message.empty()) return ::testing::AssertionFailure() << message;
+    return ::testing::AssertionSuccess();
+  }
+  const auto fail = [&](const std::string& cause) {
+    const std::string written = FailureName(name, "actual");
+    const std::string message = WritePng(written, actual);
+    return ::testing::AssertionFailure() << cause << "\n  picture: " << (message.empty() ? written : message);
+  };
+  Image golden;
+  if (const std::string message = ReadPng(file, golden); !message.empty()) return fail(message);
+  if (golden.width != actual.width || golden.height != actual.height) {
+    return fail(file + " has " + std::to_string(golden.width) + " x " + std::to_string(golden.height) +
+                " pixels, the picture " + std::to_string(actual.width) + " x " + std::to_string(actual.height));
+  }
+  const std::size_t pixels = golden.rgb.size() / 3;
+  std::size_t different = 0;
+  for (std::size_t pixel = 0; pixel < pixels; ++pixel) {
+    different += PixelDifference(golden, actual, pixel) > tolerance.channel ? 1 : 0;
+  }
+  const double share = static_cast<double>(different) / static_cast<double>(pixels);
+  if (share <= tolerance.share) return ::testing::AssertionSuccess();
+  const std::string drawn = FailureName(name, "difference");
+  const std::string message = WritePng(drawn, DifferenceImage(golden, actual, tolerance.channel));
+  return fail(std::to_string(different) + " of " + std::to_string(pixels) + " pixels differ from " + file)
+         << "\n  difference: " << (message.empty() ? drawn : message);
+}
+
+}  // namespace orv::testing

@@ -1,7 +1,10 @@
 #include "view/axes.h"
 
 #include <cmath>
+#include <utility>
+#include <vector>
 
+#include "view/point_pass.h"
 #include "view/view_state.h"
 
 namespace orv {
@@ -25,8 +28,8 @@ void glVertex3fColor(GlApi& gl, double x, double y, double z) {
   gl.Point(VertexAt(x, y, z));
 }
 
-void SceneAxes::Draw(GlApi& gl, const Options& options, double RRMAXAXES) {
-  const Look look{AxisLength(RRMAXAXES, options), options.ColourOfAxis, options.Check1[1] == 0};
+void SceneAxes::Draw(GlApi& gl, const Options& options, double RRMAXAXES, const WideLine& wide) {
+  const Look look{AxisLength(RRMAXAXES, options), options.ColourOfAxis, options.Check1[1] == 0, wide};
   if (options.Check1[3] != 0 || !std::isfinite(look.length)) return;
   if (axisList_ == 0 || !(look == look_)) {
     look_ = look;
@@ -36,19 +39,31 @@ void SceneAxes::Draw(GlApi& gl, const Options& options, double RRMAXAXES) {
 }
 
 void SceneAxes::Compile(GlApi& gl) {
+  const Rgba plain = OptionColour(look_.colour);
+  const Rgba first = look_.yellowX ? kYellow : plain;
+  const double length = look_.length;
+  const std::pair<Vertex, Rgba> ends[] = {
+      {VertexAt(0, 0, length), plain}, {VertexAt(0, length, 0), plain}, {VertexAt(length, 0, 0), first}};
   if (axisList_ != 0) gl.DeleteLists(axisList_, 1);
   axisList_ = gl.GenLists(1);
   gl.NewList(axisList_);
-  gl.Begin(GL_LINES);
-  gl.Color(OptionColour(look_.colour));
-  gl.Point({0, 0, 0});
-  gl.Point(VertexAt(0, 0, look_.length));
-  gl.Point({0, 0, 0});
-  gl.Point(VertexAt(0, look_.length, 0));
-  if (look_.yellowX) gl.Color(kYellow);
-  gl.Point({0, 0, 0});
-  gl.Point(VertexAt(look_.length, 0, 0));
-  gl.End();
+  if (look_.wide.halfWidth != 0) {
+    std::vector<ColouredVertex> pairs;
+    for (const auto& [end, colour] : ends) {
+      pairs.push_back({{0, 0, 0}, ToBytes(colour)});
+      pairs.push_back({end, ToBytes(colour)});
+    }
+    WidenLines(pairs, look_.wide);
+    gl.DrawVertices(GL_TRIANGLES, pairs);
+  } else {
+    gl.Begin(GL_LINES);
+    for (const auto& [end, colour] : ends) {
+      gl.Color(colour);
+      gl.Point({0, 0, 0});
+      gl.Point(end);
+    }
+    gl.End();
+  }
   gl.EndList();
 }
 

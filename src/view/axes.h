@@ -1,7 +1,7 @@
 #pragma once
 
 #include "numerics/settings.h"
-#include "view/gl_api.h"
+#include "view/outline_pass.h"
 
 namespace orv {
 
@@ -13,7 +13,8 @@ class SceneAxes {
  public:
   // The three axes of AxisLength as one list of lines, in the line width in force; nothing with "no Plot Axis". The
   // list is made anew when its length, its colours or the options change. X is yellow unless "no Colour Axis X".
-  void Draw(GlApi& gl, const Options& options, double RRMAXAXES);
+  // `wide`: for a line width that the system does not draw.
+  void Draw(GlApi& gl, const Options& options, double RRMAXAXES, const WideLine& wide = {});
 
   // A line from the origin of the matrix in force to a position, at once: the first colour at the origin, the second
   // with alpha 0.6 at the end. `lineSized` is its width in pixels; afterwards the width is `Thickness LinePlot`.
@@ -29,6 +30,7 @@ class SceneAxes {
     double length = 0;
     std::array<double, 3> colour{};
     bool yellowX = true;
+    WideLine wide;
     friend bool operator==(const Look&, const Look&) = default;
   };
   void Compile(GlApi& gl);

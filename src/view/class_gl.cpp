@@ -157,7 +157,7 @@ void ClassGl::Draw() {
   const auto linePlot = static_cast<float>(OptionOr(options.ThicknessLinePlot, kDefaultLine));
   gl.LineWidth(lineAxis);
   gl.PointSize(lineAxis);
-  axes_.Draw(gl, options, scale_.RRMAXAXES);
+  axes_.Draw(gl, options, scale_.RRMAXAXES, WideLineOf(gl, lineAxis, control_.Camera()));
   gl.LineWidth(linePlot);
   const bool analysis = ProductWord(lists_.Title) == kPlotPrefix;
   gl.PointSize(lists_.PenUpMode == 1 && !analysis ? linePlot * kDotGrowth : linePlot);

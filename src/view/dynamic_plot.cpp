@@ -23,15 +23,6 @@ double ValueBase(const PointLists& lists) {
   return lists.ValueMax < 0 ? lists.ValueMax : 0;
 }
 
-WideLine WideLineOf(GlApi& gl, double thickness, const Camera& camera) {
-  WideLine wide;
-  if (thickness > gl.WidestLine()) {
-    wide.towardsCamera = camera.Axes().back;
-    wide.halfWidth = thickness * camera.UnitsPerPixel() / 2;
-  }
-  return wide;
-}
-
 }  // namespace
 
 double Thickness(double option) {

@@ -19,6 +19,7 @@ constexpr double kUsualFont = 10;
 
 constexpr double kFirstRow = 28;
 constexpr double kRowPitch = 8;
+constexpr double kTextHeight = 12;  // labels nearer than this would run into each other
 constexpr double kSquareColumn = 8;
 constexpr double kSquareWidth = 8;
 constexpr double kSquareHeight = 4;
@@ -157,7 +158,7 @@ void DrawSquares(const LegendInput& input, glxCtl& control, double firstRow, dou
   }
 }
 
-// In a low view with narrow rows, labels between the ends give way.
+// Labels between the ends give way where they would touch a neighbour.
 void DrawFlatLabels(const LegendInput& input, glxCtl& control, double firstRow, double pitch) {
   const ColourScale scale = ScaleOf(input.lists, input.state);
   const int levels = scale.LegendLevels();
@@ -166,7 +167,7 @@ void DrawFlatLabels(const LegendInput& input, glxCtl& control, double firstRow, 
     const bool end = label.level == 1 || label.level == levels;
     const double toBelow = (label.level - below) * pitch;
     const double toTop = (levels - label.level) * pitch;
-    if (!end && std::min(toBelow, toTop) < kRowPitch) continue;
+    if (!end && std::min(toBelow, toTop) < kTextHeight) continue;
     below = label.level;
     const Rgba colour = scale.Of(label.position, 0, 1);
     control.ForeColor(ReadableColour(colour, input.state.Background(), input.state.TextColour()));

@@ -35,6 +35,15 @@ void AppendLoop(std::span<const Vertex> corners, const Colour& colour, std::vect
 
 }  // namespace
 
+WideLine WideLineOf(GlApi& gl, double pixels, const Camera& camera) {
+  WideLine wide;
+  if (pixels > gl.WidestLine()) {
+    wide.towardsCamera = camera.Axes().back;
+    wide.halfWidth = pixels * camera.UnitsPerPixel() / 2;
+  }
+  return wide;
+}
+
 void WidenLines(std::vector<ColouredVertex>& pairs, const WideLine& wide) {
   std::vector<ColouredVertex> strips;
   strips.reserve(pairs.size() * 3);

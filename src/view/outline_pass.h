@@ -18,7 +18,11 @@ inline constexpr int kBothSides = 4;       // "Recto&Verso sides"
 struct WideLine {
   Vec3 towardsCamera{};
   double halfWidth = 0;  // scene units; 0: the system draws the line
+  friend bool operator==(const WideLine&, const WideLine&) = default;
 };
+
+// How a line of a width in pixels is drawn.
+WideLine WideLineOf(GlApi& gl, double pixels, const Camera& camera);
 
 // Line pairs as triangles that face the camera.
 void WidenLines(std::vector<ColouredVertex>& pairs, const WideLine& wide);

@@ -140,7 +140,7 @@ double SceneControl::OverlayPixels() const {
 void SceneControl::StatusPrint(const std::string& text, double column, double line) {
   const double pixels = OverlayPixels();
   const int face = OverlayFace();
-  const TextPicture picture = texts_.Render(face, text, pixels, foreColour_, HaloFor(foreColour_, pixels));
+  const TextPicture picture = texts_.Render(face, text, pixels, foreColour_, std::nullopt);
   if (picture.width == 0) return;
   const double baseline = std::round(line * deviceRatio_ + texts_.Measure(face, text, pixels).ascent);
   gl_.DrawPicture(std::round(column * deviceRatio_) - picture.originX, baseline - picture.originY, 0, picture.width,

@@ -123,8 +123,8 @@ void DescribePicture(CLI::App& command, PictureArguments& p, bool required) {
       ->group(group);
   command
       .add_option("--scale-mode", p.scaleMode,
-                  "Place of the scale: 0 corner, 1 corner and axes, 2 and 4 labels on the axes, 3 dots on the axes, 5 "
-                  "none")
+                  "The scale: 0 in the corner; 1 also as labels and dots on the axes; 2 labels alone; 3 dots alone; 4 "
+                  "labels and dots; 5 none")
       ->check(CLI::Range(0, kScaleModes - 1))
       ->group(group);
   command.add_option("--frame-fraction", p.frameFraction, "Draw the plot up to this thousandth (default: 1000)")

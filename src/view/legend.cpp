@@ -19,6 +19,7 @@ constexpr double kUsualFont = 10;
 
 constexpr double kFirstRow = 28;
 constexpr double kRowPitch = 8;
+constexpr int kSceneLabelGap = 3;   // levels between an end of the scale and its neighbour in the scene
 constexpr double kTextHeight = 12;  // labels nearer than this would run into each other
 constexpr double kSquareColumn = 8;
 constexpr double kSquareWidth = 8;
@@ -178,7 +179,10 @@ void DrawFlatLabels(const LegendInput& input, glxCtl& control, double firstRow, 
 void DrawSceneLabels(const LegendInput& input, glxCtl& control) {
   const ColourScale scale = ScaleOf(input.lists, input.state);
   const double length = AxisLength(input.RRMAXAXES, input.state.options);
+  const int levels = scale.LegendLevels();
   for (const LegendLabel& label : LegendLabels(input.lists, input.state.ColorStyle)) {
+    const int toEnd = std::min(label.level - 1, levels - label.level);
+    if (toEnd != 0 && toEnd < kSceneLabelGap) continue;
     const Rgba level = scale.Of(label.position, 0, 1);
     const Rgba reversed{level.blue, level.green, level.red, 1};
     const Rgba colour = ReadableColour(reversed, input.state.Background(), input.state.TextColour());

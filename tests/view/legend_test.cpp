@@ -225,7 +225,7 @@ TEST_F(LegendTest, ScaleModesTellWhatIsShown) {
     Draw();
     EXPECT_EQ(control.OverlaySquares().size(), row.squares ? 32U : 0U);
     EXPECT_EQ(control.OverlayTexts().size(), row.squares ? 8U : 1U);
-    EXPECT_EQ(control.SceneTexts().size(), row.scene ? 21U : 0U);
+    EXPECT_EQ(control.SceneTexts().size(), row.scene ? 18U : 0U);
     RecordingGl gl;
     DrawScaleOnAxes(gl, state, lists, 5);
     EXPECT_EQ(gl.Count(GlOperation::DrawVertices), row.points ? 1U : 0U);
@@ -246,19 +246,19 @@ TEST_F(LegendTest, SceneLabelsStandOnTheAxesInReversedChannels) {
   state.options.LengthAxisFactor = 2;
   Draw();
   const auto& texts = control.SceneTexts();
-  ASSERT_EQ(texts.size(), 21U);
+  ASSERT_EQ(texts.size(), 18U);
   const double length = 10;
   const auto place = [](const SceneText& t) { return Vec3{t.x, t.y, t.z}; };
-  EXPECT_EQ(place(texts[18]), (Vec3{length, 0, 0}));
-  EXPECT_EQ(place(texts[19]), (Vec3{0, length, 0}));
-  EXPECT_EQ(place(texts[20]), (Vec3{0, 0, length}));
+  EXPECT_EQ(place(texts[15]), (Vec3{length, 0, 0}));
+  EXPECT_EQ(place(texts[16]), (Vec3{0, length, 0}));
+  EXPECT_EQ(place(texts[17]), (Vec3{0, 0, length}));
   EXPECT_DOUBLE_EQ(texts[0].x, length * (1 - 31.0 / 96));
-  EXPECT_EQ(texts[20].text, " 12. W/m2");
-  EXPECT_EQ(texts[20].size, 0.25);
-  EXPECT_EQ(texts[20].font, 7);
+  EXPECT_EQ(texts[17].text, " 12. W/m2");
+  EXPECT_EQ(texts[17].size, 0.25);
+  EXPECT_EQ(texts[17].font, 7);
   // Level 15 is green, which has the contrast and stays; its red and blue change places.
   const Rgba level = ColourScale{3, 0}.Of(LegendPosition(15, 32), 0, 1);
-  EXPECT_EQ(texts[9].colour, (Rgba{level.blue, level.green, level.red, 1}));
+  EXPECT_EQ(texts[6].colour, (Rgba{level.blue, level.green, level.red, 1}));
   EXPECT_NE(level.red, level.blue);
 }
 

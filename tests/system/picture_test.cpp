@@ -1,0 +1,99 @@
+#include <set>
+
+#include "support/golden_image.h"
+#include "system/program_run.h"
+#include "view/image_file.h"
+
+namespace orv::testing {
+namespace {
+
+class PictureTest : public ProgramTest {
+ protected:
+  Image Png(const std::string& name) {
+    Image image;
+    EXPECT_EQ(ReadPng(File(name), image), "");
+    return image;
+  }
+  // Colours that a picture holds, coarsely.
+  static std::size_t Colours(const Image& image) {
+    std::set<int> colours;
+    for (std::size_t i = 0; i + 2 < image.rgb.size(); i += 3) {
+      colours.insert((image.rgb[i] / 32) * 64 + (image.rgb[i + 1] / 32) * 8 + image.rgb[i + 2] / 32);
+    }
+    return colours.size();
+  }
+};
+
+TEST_F(PictureTest, ARunDrawsItsPlot) {
+  ASSERT_EQ(Run(Example("telecom_satellite.xlsx"),
+                {"--log", "1", "--image", File("pictures/a.png"), "--image", File("a.bmp"), "--size", "320x240"}),
+            kExitDone)
+      << err;
+  const Image image = Png("pictures/a.png");
+  EXPECT_EQ(image.width, 320);
+  EXPECT_EQ(image.height, 240);
+  EXPECT_GT(Colours(image), 20U);
+  EXPECT_TRUE(OutHas("Picture     " + File("pictures/a.png")));
+  const std::string bitmap = ReadWhole(File("a.bmp"));
+  EXPECT_EQ(bitmap.substr(0, 2), "BM");
+  EXPECT_EQ(bitmap.size(), 58U + 320 * 3 * 240);
+}
+
+TEST_F(PictureTest, ViewsSidesStylesAndBackgroundsDiffer) {
+  const std::vector<std::vector<std::string>> looks = {
+      {},
+      {"--view", "proj:5"},
+      {"--sides", "0"},
+      {"--color-style", "3"},
+      {"--scale-mode", "5"},
+      {"--background", "white"},
+      {"--frame-fraction", "400"},
+      {"--start-fraction", "400"},
+      {"--pixel-ratio", "2"},
+      {"--vectors"},
+  };
+  std::vector<Image> images;
+  for (const auto& look : looks) {
+    std::vector<std::string> more = {"--plot", "13", "--image", File("a.png"), "--size", "200x150", "--quiet"};
+    more.insert(more.end(), look.begin(), look.end());
+    ASSERT_EQ(Run(Example("telecom_satellite.xlsx"), more), kExitDone) << err;
+    images.push_back(Png("a.png"));
+    for (std::size_t other = 0; other + 1 < images.size(); ++other) {
+      EXPECT_NE(images[other], images.back()) << (look.empty() ? "" : look.front()) << " draws what look " << other;
+    }
+  }
+}
+
+TEST_F(PictureTest, APictureThatCannotBeWrittenIsTold) {
+  folder.Write("file", "x");
+  EXPECT_EQ(Run(Example("telecom_satellite.xlsx"), {"--image", File("file/a.png"), "--size", "64x48"}), kExitOutput);
+  EXPECT_TRUE(ErrHas(File("file/a.png"))) << err;
+  EXPECT_TRUE(OutHas("Density")) << "the results of the run are there all the same";
+}
+
+TEST_F(PictureTest, APlotFileIsShown) {
+  std::string plot = "From: \tbook.xls\tSheet1\t=MAX(A2:D40)\t1\t\tDate 2026/01/01 00:00:00\r\n";
+  for (int i = 0; i < 39; ++i) {
+    plot += std::to_string(i) + "\t" + std::to_string(i * i) + "\t" + std::to_string(20 - i) + "\t" +
+            std::to_string(i) + "\r\n";
+  }
+  folder.Write("plot.txt", plot);
+  ASSERT_EQ(
+      Program({"show", File("plot.txt"), "--settings", File("set"), "--image", File("p.png"), "--size", "200x150"}),
+      kExitDone)
+      << err;
+  EXPECT_GT(Colours(Png("p.png")), 2U);
+  EXPECT_TRUE(OutHas("Picture"));
+}
+
+TEST_F(PictureTest, WhatIsNoPlotFileIsTold) {
+  EXPECT_EQ(Program({"show", File("none.txt"), "--settings", File("set"), "--image", File("p.png")}), kExitWorkbook);
+  EXPECT_TRUE(ErrHas("none.txt")) << err;
+  folder.Write("empty.txt", "");
+  EXPECT_EQ(Program({"show", File("empty.txt"), "--settings", File("set"), "--image", File("p.png")}), kExitWorkbook);
+  EXPECT_TRUE(ErrHas("empty.txt")) << err;
+  EXPECT_FALSE(std::filesystem::exists(File("p.png")));
+}
+
+}  // namespace
+}  // namespace orv::testing

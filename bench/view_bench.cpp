@@ -56,7 +56,7 @@ struct Plot {
   DynamicPlot::Input Input(int last) const {
     const double share = static_cast<double>(last) / scene.lists.NumberPoints;
     scene.lists.TraceMax = static_cast<int>(share * scene.lists.TraceCount);
-    return {scene.lists, scene.view, scene.scene->Scale(), scene.made.control->Camera(), last, 0};
+    return {scene.lists, scene.view, scene.scene->Scale(), last, 0};
   }
   Scene& scene;
   DynamicPlot shipped;

@@ -25,6 +25,9 @@ struct StoredPlaces {
   int entry = 0;  // of AutoRotatedList
 };
 
+// Places of cells that a turn keeps for its playback; a finer turn is not played.
+constexpr double kMostTurnPlaces = 1e7;
+
 class TurnFrames {
  public:
   TurnFrames(const RunContext& run, const CellWalk& walk, const Vector3& ViewOffset, PointLists& lists)
@@ -36,6 +39,7 @@ class TurnFrames {
     rotation_.frames = sputter ? SputterSteps() : HeatFluxSteps();
     const CellStretch* const stretch = StretchOf(rotating);
     if (rotation_.frames < 1 || stretch == nullptr) return;
+    if (static_cast<double>(rotation_.frames) * stretch->cells > kMostTurnPlaces) return;
     StoredPlaces places = sputter ? SputterPlaces(rotating) : HeatFluxPlaces();
     if (places.lastI < 1 || places.lastJ < 1) return;
     rotation_.AutoRotPrimitive = rotating;

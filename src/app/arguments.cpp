@@ -30,6 +30,7 @@ Exit codes: 0 done, 1 ended by an abort answer, 2 wrong usage, 3 the workbook ca
 
 constexpr int kSmallestPicture = 16;
 constexpr int kLargestPicture = 16384;
+constexpr int kMostPixels = 1 << 27;
 
 bool IsPlot(int number) {
   if (number >= Number(Quantity::Redeposition) && number <= kLastPlot) return true;
@@ -82,6 +83,7 @@ bool ReadSize(const std::string& text, int& width, int& height) {
   char rest = 0;
   if (std::sscanf(text.c_str(), "%5dx%5d%c", &w, &h, &rest) != 2) return false;
   if (w < kSmallestPicture || h < kSmallestPicture || w > kLargestPicture || h > kLargestPicture) return false;
+  if (static_cast<long long>(w) * h > kMostPixels) return false;
   width = w;
   height = h;
   return true;
@@ -98,7 +100,7 @@ void DescribePicture(CLI::App& command, PictureArguments& p, bool required) {
   const auto size = [&p](const std::string& text) {
     return ReadSize(text, p.width, p.height)
                ? std::string()
-               : "\"" + text + "\" is no size from 16x16 to 16384x16384, such as 1280x960";
+               : "\"" + text + "\" is no size such as 1280x960: 16 to 16384 a side, at most 134 million pixels";
   };
   command.add_option("--size", "Width and height of the picture in pixels (default: 1280x960)")
       ->check(size)

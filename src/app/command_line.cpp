@@ -59,6 +59,9 @@ int Show(const Arguments& arguments, const Streams& streams) {
     session.dialogs().EndProgress();
     streams.err << "orvvalis: " << error.what() << '\n';
     return kExitWorkbook;
+  } catch (const std::bad_alloc&) {
+    streams.err << "orvvalis: the memory of this machine does not hold this plot\n";
+    return kExitWorkbook;
   } catch (const ProgramEnd&) {
     streams.err << "orvvalis: ended by an abort answer\n";
     return kExitAborted;

@@ -18,7 +18,7 @@ ViewState ViewOf(const PictureArguments& arguments, const SettingsStore& setting
   if (const auto background = ReadBackground(arguments.background)) view.options.ColourOfBackGround = *background;
   view.ColorStyle = arguments.colorStyle;
   view.ScaleMode = arguments.scaleMode;
-  view.SidesMode = arguments.sides.value_or(plot > 0 && plot < 90 ? kRectoSide : kDotsAndBorders);
+  view.SidesMode = arguments.sides.value_or(plot < 90 ? kRectoSide : kDotsAndBorders);
   view.redrawFraction = arguments.frameFraction / 1000.0;
   view.startFraction = arguments.startFraction / 1000.0;
   return view;

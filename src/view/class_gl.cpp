@@ -17,7 +17,6 @@ constexpr double kLogoSize = 1;
 constexpr double kVernalSize = 3;
 constexpr double kLetterSize = 0.5;
 constexpr float kDotGrowth = 15;
-constexpr double kDefaultLine = 0.1;
 
 constexpr std::array<float, 4> Grey(float level) {
   return {level, level, level, 1};
@@ -37,7 +36,9 @@ ClassGl::ClassGl(glxCtl& control, PointLists& lists, ViewState& view, ErrorPromp
   scale_.NormPass(lists_);
 }
 
-ClassGl::~ClassGl() = default;
+ClassGl::~ClassGl() {
+  control_.Gl().DeleteQuadric();
+}
 
 void ClassGl::init() {
   control_.DoubleBuffer(true);
@@ -57,7 +58,12 @@ void ClassGl::InitGL() {
   if (scale_.Scale80 == 0) scale_.Scale80 = 10;
   const double range = scale_.Scale80;
   GlApi& gl = control_.Gl();
-  gl.ClearColor(view_.Background());
+  background_ = view_.Background();
+  gl.ClearColor(background_);
+  // A new context knows nothing of the lists and fonts of an old one.
+  plot_ = DynamicPlot();
+  axes_ = SceneAxes();
+  maravoFont_ = false;
   SetFirstLight(1);
 
   Camera& camera = control_.Camera();
@@ -78,6 +84,7 @@ void ClassGl::InitGL() {
 
   control_.SceneRange(range);
   control_.PickDepth(64);
+  gl.MakeQuadric();
   gl.Disable(GL_LIGHTING);
   gl.Enable(GL_DEPTH_TEST);
   gl.ShadeModel(GL_FLAT);
@@ -109,10 +116,12 @@ void ClassGl::CameraSet(const std::string& commande, int axeVerticalIn, int SPEC
 }
 
 void ClassGl::Reset() {
+  if (lists_.PlotNormalised == 1) return;
   if (!sampleTried_ && lists_.NumberPoints == kNoEntry && lists_.EventCount == kNoEntry && loadSample_) {
     loadSample_(lists_);
   }
   sampleTried_ = true;
+  if (lists_.Scaled) playback_.Restore(lists_);  // the same lists once more: back to where they were filled
   NormaliseLists(lists_, scale_, prompt_);
   SetFirstLight(scale_.RRMAXAXES * 0.01);
   playback_.Renew();
@@ -142,8 +151,7 @@ void ClassGl::LoadPlot() {
 }
 
 void ClassGl::Draw() {
-  const bool hasPlot = lists_.NumberPoints != kNoEntry || lists_.EventCount != kNoEntry;
-  if (lists_.PlotLoaded == 0 && (hasPlot || !sampleTried_)) LoadPlot();
+  if (lists_.PlotLoaded == 0) LoadPlot();
   if (view_.grid) control_.DrawGrid();
   DrawLabels();
 
@@ -153,15 +161,29 @@ void ClassGl::Draw() {
   gl.Disable(GL_LIGHTING);
   gl.Enable(GL_BLEND);
   gl.BlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-  const auto lineAxis = static_cast<float>(OptionOr(options.ThicknessLineAxis, kDefaultLine));
-  const auto linePlot = static_cast<float>(OptionOr(options.ThicknessLinePlot, kDefaultLine));
+  const auto pixels = [&](double thickness) { return static_cast<float>(thickness * control_.DeviceRatio()); };
+  const float lineAxis = pixels(Thickness(options.ThicknessLineAxis));
+  const float linePlot = pixels(Thickness(options.ThicknessLinePlot));
   gl.LineWidth(lineAxis);
   gl.PointSize(lineAxis);
-  axes_.Draw(gl, options, scale_.RRMAXAXES, WideLineOf(gl, lineAxis, control_.Camera()));
+  axes_.Draw(gl, options, scale_.RRMAXAXES,
+             WideLineOf(gl, lineAxis, TowardsCamera(), control_.Camera().UnitsPerPixel()));
   gl.LineWidth(linePlot);
-  const bool analysis = ProductWord(lists_.Title) == kPlotPrefix;
-  gl.PointSize(lists_.PenUpMode == 1 && !analysis ? linePlot * kDotGrowth : linePlot);
+  const bool analysis = ProductWord(lists_.Title).find(kPlotPrefix) != std::string::npos;
+  dotPixels_ = lists_.PenUpMode == 1 && !analysis ? linePlot * kDotGrowth : linePlot;
+  gl.PointSize(dotPixels_);
   DrawPlot();
+}
+
+// From the scene to the eye, the turn of the trackball taken back.
+Vec3 ClassGl::TowardsCamera() const {
+  const Camera::Frame axes = control_.Camera().Axes();
+  const Matrix4& turn = control_.Trackball().Matrix();
+  Vec3 direction{};
+  for (std::size_t i = 0; i < 3; ++i) {
+    direction[i] = axes.right[i] * turn[2] + axes.up[i] * turn[6] + axes.back[i] * turn[10];
+  }
+  return direction;
 }
 
 void ClassGl::DrawLabels() {
@@ -197,12 +219,21 @@ void ClassGl::DrawPlot() {
     bodies_.DrawSatellite(*this);
     gl.PopMatrix();
   }
-  gl.ClearColor(view_.Background());
+  if (!(background_ == view_.Background())) {
+    background_ = view_.Background();
+    control_.Redraw();  // the picture was cleared before this paint knew
+  }
+  gl.ClearColor(background_);
   gl.ClearDepth(1);
   gl.ShadeModel(GL_FLAT);
   if (playback_.Advance(lists_, view_.AutoRotMode, view_.AutoRotPeriod, clock_.Seconds())) plot_.Renew();
   Guarded([&] {
-    plot_.Draw(gl, {lists_, view_, scale_, control_.Camera(), currIndexI_, currIndexMini_});
+    DynamicPlot::Input input{lists_, view_, scale_, currIndexI_, currIndexMini_};
+    input.dotPixels = dotPixels_;
+    input.pixelRatio = control_.DeviceRatio();
+    input.towardsCamera = TowardsCamera();
+    input.unitsPerPixel = control_.Camera().UnitsPerPixel();
+    plot_.Draw(gl, input);
     DrawPlotTexts({lists_, view_, scale_, plot_.Points(), currIndexI_, labelFont_, smallFont_}, control_);
   });
 
@@ -277,12 +308,13 @@ void ClassGl::ShowVectors(bool shown) {
 }
 
 bool ClassGl::TheUpdateTimer_ThatTime(const TimerWork& work) {
+  const bool turned = work.spin && work.spin();
   tickTen_ = tickTen_ % 10 + 1;
   tickFive_ = tickFive_ % 5 + 1;
-  if (tickFive_ != 5) return false;
+  if (tickFive_ != 5) return turned;
   if (view_.STEPPT == 0) view_.STEPPT = 100;
-  bool changed = false;
-  if (redrawState_ == kRunning && lists_.NumberPoints != kNoEntry) {
+  bool changed = turned;
+  if (view_.animation && redrawState_ == kRunning && lists_.NumberPoints != kNoEntry) {
     const int before = currIndexI_;
     const int traceBefore = lists_.TraceMax;
     const int last = lists_.NumberPoints;
@@ -294,7 +326,7 @@ bool ClassGl::TheUpdateTimer_ThatTime(const TimerWork& work) {
           lists_.TraceMax >= lists_.TraceCount - traceStep ? lists_.TraceCount : lists_.TraceMax + traceStep;
     }
     if (last > 0) rollingIndex_ = (rollingIndex_ + 1) % last;
-    changed = currIndexI_ != before || lists_.TraceMax != traceBefore;
+    changed = changed || currIndexI_ != before || lists_.TraceMax != traceBefore;
   }
   if (redrawState_ > kFrozen) {
     redrawState_ = kFrozen;

@@ -32,6 +32,7 @@ struct TimerWork {
   std::function<bool()> linkBusy;  // the spreadsheet link shows a dialog
   std::function<void()> watch;     // one pass of the spreadsheet watch
   std::function<void()> movie;     // the next movie frame, if it is due
+  std::function<bool()> spin;      // one step of the trackball's spin, at every tick; true when it turned
 };
 
 inline constexpr int kRunning = 0;  // RedrawState
@@ -89,6 +90,7 @@ class ClassGl : public GlEvents {
  private:
   void LoadPlot();
   void DrawLabels();
+  Vec3 TowardsCamera() const;
   void DrawPlot();
   void Guarded(const std::function<void()>& drawing);
   void SetFirstLight(double unit);
@@ -123,6 +125,8 @@ class ClassGl : public GlEvents {
   FontHandle smallFont_ = 0;
   FontHandle largeFont_ = 0;
   bool maravoFont_ = false;
+  Rgba background_;
+  float dotPixels_ = 1;
 };
 
 }  // namespace orv

@@ -87,9 +87,11 @@ Shade ShadeOf(double t, double style) {
 void ColourScale::ColorScale(double colorNorm, double& rred, double& ggreen, double& bblue, double& aalpha,
                              double miniVALPen, double maxiVALPen, double, double) const {
   if (maxiVALPen == miniVALPen) maxiVALPen = miniVALPen + 1;
-  const Shade s = ShadeOf(PlaceOnScale(colorNorm, miniVALPen, maxiVALPen), ColorStyle);
+  const double place = PlaceOnScale(colorNorm, miniVALPen, maxiVALPen);
+  const Shade s = ShadeOf(place, ColorStyle);
   HSVtoRGB(std::abs(1 - (s.t * (1 - s.Dead) + s.Dead)), s.Sat, s.Val, rred, ggreen, bblue, false);
-  if (LogScale >= 1 && std::abs(s.t - miniVALPen) < kGreyReach) rred = ggreen = bblue = kGrey;
+  // The place itself, not where a style has moved it: grey belongs to the bottom of the scale.
+  if (LogScale >= 1 && std::abs(place - miniVALPen) < kGreyReach) rred = ggreen = bblue = kGrey;
   aalpha = 1;
 }
 

@@ -40,9 +40,11 @@ DynamicPlot::Style DynamicPlot::StyleOf(GlApi& gl, const Input& input) const {
   style.options = input.view.options;
   const double widest =
       std::max(Thickness(style.options.ThicknessLineAxis), Thickness(style.options.ThicknessLinePlot));
-  if (widest > gl.WidestLine()) {
-    style.towardsCamera = input.camera.Axes().back;
-    style.unitsPerPixel = input.camera.UnitsPerPixel();
+  style.dotPixels = input.dotPixels;
+  style.pixelRatio = input.pixelRatio;
+  if (widest * input.pixelRatio > gl.WidestLine()) {
+    style.towardsCamera = input.towardsCamera;
+    style.unitsPerPixel = input.unitsPerPixel;
   }
   return style;
 }
@@ -62,8 +64,11 @@ void DynamicPlot::TakeStyle(GlApi& gl, const Input& input) {
   look.valueColours = input.view.valueColours;
   look.valueGain = ValueGain(input.lists, input.scale.RRMAXAXES);
   look.valueBase = ValueBase(input.lists);
-  look.wide = WideLineOf(gl, Thickness(options.ThicknessLinePlot), input.camera);
-  wideOutline_ = WideLineOf(gl, Thickness(options.ThicknessLineAxis), input.camera);
+  const auto wide = [&](double thickness) {
+    return WideLineOf(gl, Thickness(thickness) * input.pixelRatio, input.towardsCamera, input.unitsPerPixel);
+  };
+  look.wide = wide(options.ThicknessLinePlot);
+  wideOutline_ = wide(options.ThicknessLineAxis);
   points_.SetLook(look);
   if (input.lists.PenUpMode == 1) points_.ColourByValue(input.lists);
   outlineChunks_.Clear(gl);
@@ -74,12 +79,14 @@ bool DynamicPlot::Prepare(GlApi& gl, const Input& input) {
   const Style style = StyleOf(gl, input);
   const Extent extent{input.CURRINDEXI, input.CURRINDEXMINI, input.lists.TraceMin, input.lists.TraceMax};
   const bool sameStyle = style == style_;
-  if (plotList_ != 0 && sameStyle && extent == extent_) return false;
+  if (complete_ && sameStyle && extent == extent_) return false;
   if (takenGeneration_ != generation_) TakePlot(input);
   if (plotList_ == 0 || !sameStyle) TakeStyle(gl, input);
   style_ = style;
   extent_ = extent;
+  complete_ = false;  // a failure on the way leaves the plot to the next paint
   Rebuild(gl, input);
+  complete_ = true;
   return true;
 }
 
@@ -93,6 +100,7 @@ void DynamicPlot::Release(GlApi& gl) {
   pointChunks_.Clear(gl);
   if (plotList_ != 0) gl.DeleteLists(plotList_, 1);
   plotList_ = 0;
+  complete_ = false;
 }
 
 void DynamicPlot::EmitOutlines(const PointLists& lists, GlApi& gl, int first, int last) const {
@@ -133,12 +141,12 @@ void DynamicPlot::Rebuild(GlApi& gl, const Input& input) {
 
   if (plotList_ != 0) gl.DeleteLists(plotList_, 1);
   plotList_ = gl.GenLists(1);
-  gl.NewList(plotList_);
+  ListScope list(gl, plotList_);
   gl.Color({0, 1, 1, 1});
   gl.Color(OptionColour(options.ColourOfPlotNominal, kPlotAlpha));
   gl.ShadeModel(GL_SMOOTH);
   if (penUp) {
-    gl.LineWidth(static_cast<float>(Thickness(options.ThicknessLineAxis)));
+    gl.LineWidth(static_cast<float>(Thickness(options.ThicknessLineAxis) * input.pixelRatio));
     if (outlines) {
       const bool faces = input.view.SidesMode >= kRectoSide;
       if (faces) {
@@ -149,12 +157,12 @@ void DynamicPlot::Rebuild(GlApi& gl, const Input& input) {
       if (faces) gl.Disable(GL_CULL_FACE);
     }
     EmitPairs(lists, gl, lists.TraceMax);
-    DrawScaleOnAxes(gl, input.view, lists, input.scale.RRMAXAXES);
-    gl.PointSize(static_cast<float>(Thickness(options.ThicknessLinePlot)));
+    DrawScaleOnAxes(gl, input.view, lists, input.scale.RRMAXAXES, input.pixelRatio);
+    gl.PointSize(input.dotPixels);
   }
-  gl.LineWidth(static_cast<float>(Thickness(options.ThicknessLinePlot)));
+  gl.LineWidth(static_cast<float>(Thickness(options.ThicknessLinePlot) * input.pixelRatio));
   if (first <= last) pointChunks_.Draw(gl, first, last, upwards, emitPoints);
-  gl.EndList();
+  list.Close();
   plotListIndex_ = input.CURRINDEXI;
   ++rebuilds_;
 }

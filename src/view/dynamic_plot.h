@@ -18,9 +18,12 @@ class DynamicPlot {
     const PointLists& lists;
     const ViewState& view;
     const SceneScale& scale;
-    const Camera& camera;
     int CURRINDEXI = 0;     // last entry to draw
     int CURRINDEXMINI = 0;  // first entry to draw
+    float dotPixels = 1;    // points of a plot with outlines
+    double pixelRatio = 1;  // device pixels of a unit of thickness
+    Vec3 towardsCamera{0, 0, 1};
+    double unitsPerPixel = 0;
   };
 
   // The lists hold another plot, or their entries were changed.
@@ -50,6 +53,8 @@ class DynamicPlot {
     bool valueColours = false;
     bool vectorsShown = false;
     Options options;
+    float dotPixels = 1;
+    double pixelRatio = 1;
     Vec3 towardsCamera{};  // with wide lines only
     double unitsPerPixel = 0;
     friend bool operator==(const Style&, const Style&) = default;
@@ -74,6 +79,7 @@ class DynamicPlot {
   Style style_;
   Extent extent_;
   GLuint plotList_ = 0;
+  bool complete_ = false;
   int plotListIndex_ = -1;
   int drawForward_ = 0;
   long rebuilds_ = 0;

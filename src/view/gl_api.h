@@ -82,6 +82,12 @@ class GlApi {
   virtual void Material(GLenum face, GLenum name, const std::array<float, 4>& value) = 0;  // GL_SHININESS: value[0]
   virtual void ColorMaterial(GLenum face, GLenum mode) = 0;
 
+  // The shared quadric: made once, a failure is printed as "Quad Error: " and the text of GLU. Sphere draws with it
+  // about the origin, poles on the z axis, with texture coordinates when `textured`.
+  virtual void MakeQuadric() = 0;
+  virtual void DeleteQuadric() = 0;
+  virtual void Sphere(double radius, int slices, int stacks, bool textured) = 0;
+
   // Selection.
   virtual void LoadName(GLuint name) = 0;
 

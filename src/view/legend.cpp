@@ -19,8 +19,9 @@ constexpr double kUsualFont = 10;
 
 constexpr double kFirstRow = 28;
 constexpr double kRowPitch = 8;
-constexpr int kSceneLabelGap = 3;   // levels between an end of the scale and its neighbour in the scene
-constexpr double kTextHeight = 12;  // labels nearer than this would run into each other
+constexpr std::size_t kLongestTitle = 1000;  // characters; no view shows more
+constexpr int kSceneLabelGap = 3;            // levels between an end of the scale and its neighbour in the scene
+constexpr double kTextHeight = 12;           // labels nearer than this would run into each other
 constexpr double kSquareColumn = 8;
 constexpr double kSquareWidth = 8;
 constexpr double kSquareHeight = 4;
@@ -104,6 +105,21 @@ Texts AtReturns(const std::string& text) {
   return parts;
 }
 
+// The largest count up to `most` that fits, 0 for none: a longer text is never narrower.
+template <class Fits>
+std::size_t MostThatFits(std::size_t most, const Fits& fits) {
+  std::size_t low = 0;
+  while (low < most) {
+    const std::size_t middle = low + (most - low + 1) / 2;
+    if (fits(middle)) {
+      low = middle;
+    } else {
+      most = middle - 1;
+    }
+  }
+  return low;
+}
+
 // Puts words into a line as long as it fits and returns the rest. A word that no line can hold is cut.
 std::string TakeLine(const std::string& text, double width, const std::function<double(const std::string&)>& measure,
                      std::string& rest) {
@@ -116,18 +132,16 @@ std::string TakeLine(const std::string& text, double width, const std::function<
   }
   std::string line = text.substr(0, cut);
   if (cut == std::string::npos) {
-    std::size_t count = CharacterCount(text);
-    while (count > 1 && measure(LeftCharacters(text, count)) > width) --count;
-    line = LeftCharacters(text, count);
+    const auto fits = [&](std::size_t count) { return measure(LeftCharacters(text, count)) <= width; };
+    line = LeftCharacters(text, std::max<std::size_t>(1, MostThatFits(CharacterCount(text), fits)));
   }
   rest = Trim(text.substr(line.size()));
   return line;
 }
 
 std::string Shortened(const std::string& text, double width, const std::function<double(const std::string&)>& measure) {
-  std::size_t count = CharacterCount(text);
-  while (count > 0 && measure(LeftCharacters(text, count) + "...") > width) --count;
-  return Trim(LeftCharacters(text, count)) + "...";
+  const auto fits = [&](std::size_t count) { return measure(LeftCharacters(text, count) + "...") <= width; };
+  return Trim(LeftCharacters(text, MostThatFits(CharacterCount(text), fits))) + "...";
 }
 
 ColourScale ScaleOf(const PointLists& lists, const ViewState& state) {
@@ -254,7 +268,7 @@ Rgba ReadableColour(const Rgba& colour, const Rgba& background, const Rgba& text
 
 Texts TitleLines(const std::string& title, int lines, double width,
                  const std::function<double(const std::string&)>& measure) {
-  Texts waiting = AtReturns(title);
+  Texts waiting = AtReturns(LeftCharacters(title, kLongestTitle));
   Texts out;
   while (!waiting.empty()) {
     if (static_cast<int>(out.size()) == lines - 1) {
@@ -289,7 +303,7 @@ void DrawLegend(const LegendInput& input, glxCtl& control) {
   control.FontSize(kUsualFont);
 }
 
-void DrawScaleOnAxes(GlApi& gl, const ViewState& state, const PointLists& lists, double RRMAXAXES) {
+void DrawScaleOnAxes(GlApi& gl, const ViewState& state, const PointLists& lists, double RRMAXAXES, double pixelRatio) {
   if (state.ScaleMode != 1 && state.ScaleMode != 3 && state.ScaleMode != 4) return;
   const ColourScale scale = ScaleOf(lists, state);
   const int levels = scale.LegendLevels();
@@ -304,7 +318,7 @@ void DrawScaleOnAxes(GlApi& gl, const ViewState& state, const PointLists& lists,
     points.push_back({{0, 0, distance}, colour});
   }
   const double thickness = state.options.ThicknessLinePlot == 0 ? 0.1 : state.options.ThicknessLinePlot;
-  gl.PointSize(static_cast<float>(thickness) * kAxisPointGrowth);
+  gl.PointSize(static_cast<float>(thickness * pixelRatio) * kAxisPointGrowth);
   gl.DrawVertices(GL_POINTS, points);
 }
 

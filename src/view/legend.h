@@ -53,6 +53,7 @@ std::vector<std::string> TitleLines(const std::string& title, int lines, double 
 void DrawLegend(const LegendInput& input, glxCtl& control);
 
 // The scale along the axes (ScaleMode 1, 3 and 4): three points for each level, in one batch. Leaves its point size.
-void DrawScaleOnAxes(GlApi& gl, const ViewState& state, const PointLists& lists, double RRMAXAXES);
+void DrawScaleOnAxes(GlApi& gl, const ViewState& state, const PointLists& lists, double RRMAXAXES,
+                     double pixelRatio = 1);
 
 }  // namespace orv

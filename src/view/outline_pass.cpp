@@ -35,11 +35,11 @@ void AppendLoop(std::span<const Vertex> corners, const Colour& colour, std::vect
 
 }  // namespace
 
-WideLine WideLineOf(GlApi& gl, double pixels, const Camera& camera) {
+WideLine WideLineOf(GlApi& gl, double pixels, const Vec3& towardsCamera, double unitsPerPixel) {
   WideLine wide;
   if (pixels > gl.WidestLine()) {
-    wide.towardsCamera = camera.Axes().back;
-    wide.halfWidth = pixels * camera.UnitsPerPixel() / 2;
+    wide.towardsCamera = towardsCamera;
+    wide.halfWidth = pixels * unitsPerPixel / 2;
   }
   return wide;
 }

@@ -22,7 +22,7 @@ struct WideLine {
 };
 
 // How a line of a width in pixels is drawn.
-WideLine WideLineOf(GlApi& gl, double pixels, const Camera& camera);
+WideLine WideLineOf(GlApi& gl, double pixels, const Vec3& towardsCamera, double unitsPerPixel);
 
 // Line pairs as triangles that face the camera.
 void WidenLines(std::vector<ColouredVertex>& pairs, const WideLine& wide);

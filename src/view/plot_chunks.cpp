@@ -19,15 +19,20 @@ void ChunkLists::Prepare(GlApi& gl, int low, int high, bool forward, const Emit&
     if (lists[place] != 0) continue;
     const int first = chunk * chunkSize_;
     const int last = first + chunkSize_ - 1;
-    lists[place] = gl.GenLists(1);
-    gl.NewList(lists[place]);
-    // Whatever follows, a chunk leads on to it: the thing behind the last one of a plot is not there to be led to.
-    if (forward) {
-      emit(first, last, true);
-    } else {
-      emit(last, first, true);
+    const GLuint name = gl.GenLists(1);
+    try {
+      const ListScope list(gl, name);
+      // Whatever follows, a chunk leads on to it: the thing behind the last one of a plot is not there to be led to.
+      if (forward) {
+        emit(first, last, true);
+      } else {
+        emit(last, first, true);
+      }
+    } catch (...) {
+      gl.DeleteLists(name, 1);
+      throw;
     }
-    gl.EndList();
+    lists[place] = name;
   }
 }
 

@@ -7,6 +7,23 @@
 
 namespace orv {
 
+// A list that is being compiled; it is ended whatever happens.
+class ListScope {
+ public:
+  ListScope(GlApi& gl, GLuint list) : gl_(gl) { gl_.NewList(list); }
+  ~ListScope() { Close(); }
+  ListScope(const ListScope&) = delete;
+  ListScope& operator=(const ListScope&) = delete;
+  void Close() {
+    if (open_) gl_.EndList();
+    open_ = false;
+  }
+
+ private:
+  GlApi& gl_;
+  bool open_ = true;
+};
+
 // A long row of things to draw, cut into chunks that are compiled once each. A list that shows things a .. b then only
 // calls the chunks that lie inside and draws the rest at both ends itself, so a plot that grows costs a chunk a step,
 // not the whole plot.

@@ -1,6 +1,7 @@
 #include "view/plot_texts.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "numerics/date_format.h"
 #include "numerics/number_format.h"
@@ -23,6 +24,13 @@ std::string TenCharacters(double value) {
   return std::string(kOriginWidth - text.size(), ' ') + text;
 }
 
+// A number of single precision with the digits that it has.
+std::string SingleText(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.7g", value);
+  return text;
+}
+
 }  // namespace
 
 std::string ProductWord(const std::string& title) {
@@ -40,9 +48,9 @@ void DrawPlotTexts(const PlotTextInput& input, glxCtl& control) {
   control.ForeColor(input.view.TextColour());
   control.FontSize(kTextPoints);
   double value = 0;
-  if (lists.ValueCount > 0 && timeMoves && index >= 0 && input.points.Values().At(time, value)) {
-    control.StatusPrint("Value : " + NumberText(value) + "  limits: " + NumberText(lists.ValueMin) + " to " +
-                            NumberText(lists.ValueMax),
+  if (lists.ValueCount != kNoEntry && timeMoves && index >= 0 && input.points.Values().At(time, value)) {
+    control.StatusPrint("Value : " + SingleText(value) + "  limits: " + SingleText(lists.ValueMin) + " to " +
+                            SingleText(lists.ValueMax),
                         kMargin, bottom - 2 * kLineHeight);
   }
   if (index <= 0) return;
@@ -52,7 +60,7 @@ void DrawPlotTexts(const PlotTextInput& input, glxCtl& control) {
     control.Text3D(input.smallFont, date, lists.PointList.row(1)[place], lists.PointList.row(2)[place],
                    lists.PointList.row(3)[place], kSceneSize, input.view.TextColour());
   }
-  if (input.view.options.Check1[5] == 0 && lists.FactorScale == 1) {
+  if (input.view.options.Check1[5] == 0 && lists.FreeScale) {
     std::string origin;
     for (std::size_t axis = 1; axis <= 3; ++axis) {
       origin += TenCharacters(0 - input.scale.AxisRange[axis].Offset) + " , ";

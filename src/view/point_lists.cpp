@@ -49,6 +49,7 @@ void PointLists::Clear() {
   rotation = AutoRotation{};
   PlotLoaded = PlotNormalised = 0;
   Scaled = false;
+  FreeScale = true;
 }
 
 void PointLists::FindPlotValues() {

@@ -139,6 +139,7 @@ struct PointLists {
   double FirstDraw = 0;    // 1: a plot is awaited, the camera keeps still
   int KeepScale = 0;       // 1: a plot of the data shown before, on its scale; the scene answers with 2
   bool Scaled = false;     // the lists are in scene units
+  bool FreeScale = true;   // each axis has a scale of its own: the plot was given with the scale 1
 
   // Empties every list and takes the switches back; the hand-over flags ask for a new normalisation.
   void Clear();

@@ -96,18 +96,22 @@ void PointPass::Emit(const PointLists& lists, GlApi& gl, int first, int last, bo
   Strip strip(gl, look_.wide, static_cast<std::size_t>(std::abs(last - first)) + 2);
   const int step = first <= last ? 1 : -1;
   for (int i = first; i != last + step; i += step) EmitEntry(lists, rows, strip, static_cast<std::size_t>(i));
-  const int next = last + step;
-  if (more && next >= 0 && next <= lists.NumberPoints) LeadOn(lists, rows, strip, static_cast<std::size_t>(next));
+  if (more) LeadOn(lists, rows, strip, last + step, step);
   strip.Break();
 }
 
-// The line runs on to the first vertex of the next entry, unless that one begins a line of its own.
-void PointPass::LeadOn(const PointLists& lists, const Rows& rows, Strip& strip, std::size_t next) const {
-  if ((kinds_[next] & (kLifted | kIsolated)) != 0) return;
-  double value = 0;
-  const bool found = !values_.empty() && values_.At(rows.time[next], value);
-  if (!values_.empty() && !found && look_.valueColours) return;
-  strip.Add(rows.Position(next), found ? look_.scale.Bytes(value, lists.ValueMin, lists.ValueMax) : PlainColour(next));
+// The line runs on to the next vertex, unless a break or a dot of its own comes first.
+void PointPass::LeadOn(const PointLists& lists, const Rows& rows, Strip& strip, int next, int step) const {
+  for (int i = next; i >= 0 && i <= lists.NumberPoints; i += step) {
+    const auto place = static_cast<std::size_t>(i);
+    if ((kinds_[place] & (kLifted | kIsolated)) != 0) return;
+    double value = 0;
+    const bool found = !values_.empty() && values_.At(rows.time[place], value);
+    if (!values_.empty() && !found && look_.valueColours) continue;
+    strip.Add(rows.Position(place),
+              found ? look_.scale.Bytes(value, lists.ValueMin, lists.ValueMax) : PlainColour(place));
+    return;
+  }
 }
 
 void PointPass::EmitDots(const PointLists& lists, GlApi& gl, int first, int last) const {

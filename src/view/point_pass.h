@@ -50,7 +50,7 @@ class PointPass {
   enum Kind : std::uint8_t { kPlain = 0, kEvent = 1, kIsolated = 2, kLifted = 4 };
   void EmitDots(const PointLists& lists, GlApi& gl, int first, int last) const;
   void EmitEntry(const PointLists& lists, const Rows& rows, Strip& strip, std::size_t i) const;
-  void LeadOn(const PointLists& lists, const Rows& rows, Strip& strip, std::size_t next) const;
+  void LeadOn(const PointLists& lists, const Rows& rows, Strip& strip, int next, int step) const;
   const ByteColour& PlainColour(std::size_t i) const { return (kinds_[i] & kEvent) != 0 ? event_ : nominal_; }
 
   EventStates events_;

@@ -237,6 +237,17 @@ void RecordingGl::Material(GLenum face, GLenum name, const std::array<float, 4>&
 void RecordingGl::ColorMaterial(GLenum face, GLenum mode) {
   Take({GlOperation::ColorMaterial, {face, mode}, {}});
 }
+void RecordingGl::MakeQuadric() {
+  Take({GlOperation::MakeQuadric, {}, {}});
+}
+void RecordingGl::DeleteQuadric() {
+  Take({GlOperation::DeleteQuadric, {}, {}});
+}
+void RecordingGl::Sphere(double radius, int slices, int stacks, bool textured) {
+  Take({GlOperation::Sphere,
+        {},
+        {radius, static_cast<double>(slices), static_cast<double>(stacks), textured ? 1.0 : 0.0}});
+}
 void RecordingGl::LoadName(GLuint name) {
   Take({GlOperation::LoadName, {name}, {}});
 }

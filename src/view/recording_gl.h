@@ -39,6 +39,9 @@ enum class GlOperation {
   Light,
   Material,
   ColorMaterial,
+  MakeQuadric,
+  DeleteQuadric,
+  Sphere,
   LoadName,
   DrawPicture,
   FillRectangle,
@@ -156,6 +159,10 @@ class RecordingGl : public GlApi {
   void Light(GLenum light, GLenum name, const std::array<float, 4>& value) override;
   void Material(GLenum face, GLenum name, const std::array<float, 4>& value) override;
   void ColorMaterial(GLenum face, GLenum mode) override;
+  void MakeQuadric() override;
+  void DeleteQuadric() override;
+  void Sphere(double radius, int slices, int stacks, bool textured) override;
+
   void LoadName(GLuint name) override;
   // Drawn at once, also while a list is compiled.
   void DrawPicture(double x, double y, double depth, int width, int height,

@@ -94,6 +94,7 @@ void SceneScale::NormPass(const PointLists& lists) {
     if (!Counts(lists, i)) continue;
     const double squared =
         static_cast<double>(x[i]) * x[i] + static_cast<double>(y[i]) * y[i] + static_cast<double>(z[i]) * z[i];
+    if (std::isnan(squared)) continue;
     most = first ? squared : std::max(most, squared);
     least = first ? squared : std::min(least, squared);
     first = false;
@@ -109,8 +110,8 @@ void SceneScale::AxisPass(const PointLists& lists) {
     bool first = true;
     const auto row = lists.PointList.row(axis);
     for (std::size_t i = 0; i < EntryCount(lists.NumberPoints); ++i) {
-      if (!Counts(lists, i)) continue;
       const double value = row[i];
+      if (!Counts(lists, i) || std::isnan(value)) continue;
       record.Min = first ? value : std::min(record.Min, value);
       record.Max = first ? value : std::max(record.Max, value);
       first = false;
@@ -139,12 +140,16 @@ void NormaliseLists(PointLists& lists, SceneScale& scale, ErrorPrompt& prompt) {
   lists.PlotNormalised = 1;
   const float radius = scale.RRMAXAXES;
   FitAxes(scale);
-  if (lists.FactorScale == 1) {
+  if (!lists.Scaled) lists.FreeScale = lists.FactorScale == 1;
+  if (lists.FreeScale) {
     ScaleFreely(lists, scale);
   } else {
     ScaleAlike(lists, scale, prompt);
   }
-  if (!lists.Scaled && !(lists.KeepScale == 1 && scale.RememberedRadius > 0)) scale.RememberedRadius = radius;
+  // Only plots of an analysis share a scale.
+  if (lists.IndexPlot != 0 && !lists.Scaled && !(lists.KeepScale == 1 && scale.RememberedRadius > 0)) {
+    scale.RememberedRadius = radius;
+  }
   lists.Scaled = true;
   lists.TraceMax = lists.TraceCount;
   scale.InverseScale = 1 / scale.RRMAXAXES;

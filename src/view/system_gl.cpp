@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <iostream>
 
 #include "numerics/failure.h"
 
@@ -266,6 +267,33 @@ void SystemGl::Material(GLenum face, GLenum name, const std::array<float, 4>& va
 void SystemGl::ColorMaterial(GLenum face, GLenum mode) {
   glColorMaterial(face, mode);
 }
+namespace {
+
+extern "C" void PrintQuadricError(GLenum error) {
+  const GLubyte* const text = gluErrorString(error);
+  std::cerr << "Quad Error: " << (text != nullptr ? reinterpret_cast<const char*>(text) : "") << '\n';
+}
+
+}  // namespace
+
+SystemGl::~SystemGl() {
+  DeleteQuadric();
+}
+void SystemGl::MakeQuadric() {
+  if (quadric_ != nullptr) return;
+  quadric_ = gluNewQuadric();
+  if (quadric_ != nullptr) gluQuadricCallback(quadric_, GLU_ERROR, reinterpret_cast<void (*)()>(PrintQuadricError));
+}
+void SystemGl::DeleteQuadric() {
+  if (quadric_ != nullptr) gluDeleteQuadric(quadric_);
+  quadric_ = nullptr;
+}
+void SystemGl::Sphere(double radius, int slices, int stacks, bool textured) {
+  if (quadric_ == nullptr) return;
+  gluQuadricTexture(quadric_, textured ? GL_TRUE : GL_FALSE);
+  gluSphere(quadric_, radius, slices, stacks);
+}
+
 void SystemGl::LoadName(GLuint name) {
   glLoadName(name);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <GL/glu.h>
 #include <unordered_map>
 #include <vector>
 
@@ -50,6 +51,16 @@ class SystemGl : public GlApi {
   void Material(GLenum face, GLenum name, const std::array<float, 4>& value) override;
   void ColorMaterial(GLenum face, GLenum mode) override;
 
+  SystemGl() = default;
+  ~SystemGl() override;
+  SystemGl(const SystemGl&) = delete;
+  SystemGl& operator=(const SystemGl&) = delete;
+
+  // Needs no current context to be deleted.
+  void MakeQuadric() override;
+  void DeleteQuadric() override;
+  void Sphere(double radius, int slices, int stacks, bool textured) override;
+
   void LoadName(GLuint name) override;
 
   void DrawPicture(double x, double y, double depth, int width, int height,
@@ -83,6 +94,7 @@ class SystemGl : public GlApi {
   void DrawStretch(const Stretch& stretch);
   void Forget(GLuint list);
 
+  GLUquadric* quadric_ = nullptr;
   Limits limits_;
   bool limitsKnown_ = false;
   std::unordered_map<GLuint, std::vector<Stretch>> lists_;  // those of more than one stretch

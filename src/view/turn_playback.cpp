@@ -39,6 +39,8 @@ bool TurnPlayback::Advance(PointLists& lists, int& mode, double periodSeconds, d
     ShowMean(lists);
     return changed;
   }
+  // Without values of the steps there is nothing to play but the turn itself.
+  if (mode == kVariableData && !rotation.hasValues && !turned_) return false;
   const bool due = !started_ || nowSeconds - lastFrame_ > periodSeconds;
   const bool turnBack = mode == kVariableData && turned_;
   if (turnBack) {
@@ -66,10 +68,15 @@ bool TurnPlayback::Advance(PointLists& lists, int& mode, double periodSeconds, d
   return true;
 }
 
+void TurnPlayback::Restore(PointLists& lists) {
+  if (lists.rotation.present && !outlines_.empty()) ShowMean(lists);
+}
+
 bool TurnPlayback::Due(const PointLists& lists, int mode, double periodSeconds, double nowSeconds) const {
   if (mode == kReturnFromTurn) return true;
   if (!lists.rotation.present || lists.rotation.frames < 1) return false;
   if (mode == kMeanData) return started_ || turned_;
+  if (mode == kVariableData && !lists.rotation.hasValues && !turned_) return false;
   return !started_ || nowSeconds - lastFrame_ > periodSeconds || turned_ != (mode == kTurnWithData);
 }
 

@@ -27,6 +27,9 @@ class TurnPlayback {
   // Brings the lists to the frame that is due. `mode` 3 becomes 0. True when the lists were changed.
   bool Advance(PointLists& lists, int& mode, double periodSeconds, double nowSeconds);
 
+  // Brings the lists back to frame 0.
+  void Restore(PointLists& lists);
+
   // Whether Advance would change the lists.
   bool Due(const PointLists& lists, int mode, double periodSeconds, double nowSeconds) const;
 

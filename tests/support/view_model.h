@@ -52,6 +52,41 @@ inline void FillSheet(PointLists& lists, int n, int m) {
   lists.legend.unit = "1/m3";
 }
 
+// The lower half of a sphere, open at the top, of n x m cells; their fronts lie outside.
+inline void FillBowl(PointLists& lists, int n, int m) {
+  lists.Clear();
+  int point = 0;
+  int entry = 0;
+  const auto place = [&](ListTable& table, int row, int index, double turn, double height) {
+    const double angle = 2 * std::numbers::pi * turn / n;
+    const double latitude = -std::numbers::pi / 2 * (1 - height / m);
+    table(row, index) = static_cast<float>(std::cos(latitude) * std::cos(angle));
+    table(row + 1, index) = static_cast<float>(std::cos(latitude) * std::sin(angle));
+    table(row + 2, index) = static_cast<float>(std::sin(latitude));
+  };
+  for (int i = 0; i < n; ++i) {
+    for (int j = 0; j < m; ++j) {
+      lists.PointList(0, point) = static_cast<float>(0.5 + 0.5 * std::sin(6 * std::numbers::pi * i / n) * j / m);
+      place(lists.PointList, 1, point, i + 0.5, j + 0.5);
+      lists.PointList(4, point++) = kPenUp;
+      const int corners[5][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}, {0, 0}};
+      for (const auto& corner : corners) {
+        place(lists.TraceList, 0, entry, i + corner[0], j + corner[1]);
+        lists.TraceList(3, entry++) = 0;
+      }
+      lists.TraceList(3, entry++) = kPenUp;
+    }
+  }
+  lists.NumberPoints = point - 1;
+  lists.TraceCount = lists.TraceMax = entry - 1;
+  lists.OutlineCount = entry;
+  lists.PenUpMode = 1;
+  lists.FactorScale = 1.01;
+  lists.IndexPlot = 13;
+  lists.Title = "OrvValis  M13   bowl";
+  lists.FindPlotValues();
+}
+
 // A winding curve of n points whose value is the time, with `events` of the first kind.
 inline void FillCurve(PointLists& lists, int n, int events = 0) {
   lists.Clear();
@@ -72,6 +107,18 @@ inline void FillCurve(PointLists& lists, int n, int events = 0) {
   }
   lists.EventCount = 2 * events - 1;
   lists.FindPlotValues();
+}
+
+// A wave of n values over the times 0 .. 1 as bars along z.
+inline void FillValues(PointLists& lists, int n) {
+  for (int i = 0; i < n; ++i) {
+    const double t = static_cast<double>(i) / (n - 1);
+    lists.ValueTable(0, i) = static_cast<float>(t);
+    lists.ValueTable(1, i) = static_cast<float>(3 * std::sin(2 * std::numbers::pi * 2 * t));
+  }
+  lists.ValueCount = n - 1;
+  lists.ValueAxis = 3;
+  lists.FindValueRange();
 }
 
 }  // namespace orv

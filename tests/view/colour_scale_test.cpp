@@ -104,11 +104,10 @@ TEST(ColourScale, BottomOfALogScaleIsGrey) {
     double style, value;
     bool grey;
   };
-  // Style 1 begins its second rainbow at 0.5, style 4 runs downwards.
-  constexpr Row kRows[] = {{0, 0, true},     {0, 0.0199, true}, {0, 0.0201, false}, {0, -5, true},
-                           {0, 1, false},    {1, 0.0099, true}, {1, 0.0101, false}, {1, 0.505, true},
-                           {1, 0.52, false}, {2, 0.01, true},   {3, 0.01, true},    {4, 0.99, true},
-                           {4, 0.01, false}, {5, 0.01, true},   {5, 0.5, false}};
+  // Grey is the bottom of the scale, wherever a style puts its hues.
+  constexpr Row kRows[] = {{0, 0, true},     {0, 0.0199, true}, {0, 0.0201, false}, {0, -5, true},   {0, 1, false},
+                           {1, 0.01, true},  {1, 0.505, false}, {2, 0.01, true},    {3, 0.01, true}, {4, 0.01, true},
+                           {4, 0.99, false}, {5, 0.01, true},   {5, 0.5, false},    {6, 0.01, true}, {6, 1, false}};
   for (const double log : {1.0, 2.0}) {
     for (const Row& row : kRows) {
       const auto c = Colour({row.style, log}, row.value);

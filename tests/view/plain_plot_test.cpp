@@ -59,7 +59,7 @@ class PlainPlotTest : public ::testing::Test {
   void Compare(int first, int last, const std::string& what) {
     lists_.TraceMax =
         static_cast<int>(static_cast<double>(last) / std::max(1, lists_.NumberPoints) * lists_.TraceCount);
-    const DynamicPlot::Input input{lists_, view_, scale_, made_.control->Camera(), last, first};
+    const DynamicPlot::Input input{lists_, view_, scale_, last, first};
     const Image shipped = Paint([&] { plot_.Draw(made_.control->Gl(), input); });
     const GLuint list = glGenLists(1);
     reference::PlainRebuild(list, lists_, view_, first, last, plot_.DrawForward() == 0);

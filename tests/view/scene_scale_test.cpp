@@ -57,6 +57,7 @@ TEST(SceneScale, AFlatAxisTakesTheWholeScale) {
 
 TEST(SceneScale, AFixedPlotKeepsItsProportions) {
   Scene s;
+  s.lists.IndexPlot = 13;
   s.lists.FactorScale = 1.01;
   s.Add(3, 0, 0);
   s.Add(0, 4, 3);
@@ -72,6 +73,7 @@ TEST(SceneScale, AFixedPlotKeepsItsProportions) {
 
 TEST(SceneScale, RunsOnceAPlot) {
   Scene s;
+  s.lists.IndexPlot = 13;
   s.lists.FactorScale = 1.01;
   s.Add(3, 0, 0);
   s.Normalise();
@@ -85,11 +87,13 @@ TEST(SceneScale, RunsOnceAPlot) {
 
 TEST(SceneScale, AReplotKeepsTheScaleOfTheFirstFrame) {
   Scene s;
+  s.lists.IndexPlot = 13;
   s.lists.FactorScale = 1.01;
   s.Add(5, 0, 0);
   s.Normalise();
   s.lists.Clear();
   s.lists.FactorScale = 1.01;
+  s.lists.IndexPlot = 9;
   s.lists.KeepScale = 1;
   s.Add(2.5F, 0, 0);
   s.Normalise();
@@ -99,6 +103,32 @@ TEST(SceneScale, AReplotKeepsTheScaleOfTheFirstFrame) {
   s.lists.KeepScale = 1;
   s.Normalise();
   EXPECT_LE(s.lists.PointList(1, 0), 10);
+}
+
+TEST(SceneScale, ARangePlotBetweenLeavesTheScaleOfTheAnalysis) {
+  Scene s;
+  s.lists.IndexPlot = 13;
+  s.lists.FactorScale = 1.01;
+  s.Add(5, 0, 0);
+  s.Normalise();
+  s.lists.Clear();
+  s.lists.FactorScale = 0.001;
+  s.Add(42000, 0, 0);
+  s.Normalise();
+  EXPECT_FLOAT_EQ(s.scale.RememberedRadius, 5);
+}
+
+TEST(SceneScale, TheScaleThatWasGivenDecidesOnce) {
+  Scene s;
+  s.lists.FactorScale = 2;
+  s.Add(20, 5, 0);
+  s.Normalise();
+  // The factor has become 1 by chance; the plot keeps its proportions at the next Reset.
+  EXPECT_NEAR(s.lists.FactorScale, 1, 0.05);
+  EXPECT_FALSE(s.lists.FreeScale);
+  const float y = s.lists.PointList(2, 0);
+  s.Normalise();
+  EXPECT_NEAR(s.lists.PointList(2, 0), y, 1e-5);
 }
 
 TEST(SceneScale, AllPointsAtTheOriginKeepTheViewValid) {

@@ -170,8 +170,7 @@ void ClassGl::Draw() {
              WideLineOf(gl, lineAxis, TowardsCamera(), control_.Camera().UnitsPerPixel()));
   gl.LineWidth(linePlot);
   const bool analysis = ProductWord(lists_.Title).find(kPlotPrefix) != std::string::npos;
-  dotPixels_ = lists_.PenUpMode == 1 && !analysis ? linePlot * kDotGrowth : linePlot;
-  gl.PointSize(dotPixels_);
+  gl.PointSize(lists_.PenUpMode == 1 && !analysis ? linePlot * kDotGrowth : linePlot);
   DrawPlot();
 }
 
@@ -229,7 +228,6 @@ void ClassGl::DrawPlot() {
   if (playback_.Advance(lists_, view_.AutoRotMode, view_.AutoRotPeriod, clock_.Seconds())) plot_.Renew();
   Guarded([&] {
     DynamicPlot::Input input{lists_, view_, scale_, currIndexI_, currIndexMini_};
-    input.dotPixels = dotPixels_;
     input.pixelRatio = control_.DeviceRatio();
     input.towardsCamera = TowardsCamera();
     input.unitsPerPixel = control_.Camera().UnitsPerPixel();
@@ -267,7 +265,9 @@ void ClassGl::DrawGDI() {
 
 void ClassGl::Painted() {
   if (lists_.FirstDraw == 1) return;
-  const bool again = lists_.KeepScale == 2 && !cameraSetForPlot_;
+  // Once at the first paint and once more for the first plot; where both fall together, once.
+  const bool hasPlot = lists_.NumberPoints != kNoEntry || lists_.EventCount != kNoEntry;
+  const bool again = lists_.KeepScale == 2 && hasPlot && !cameraSetForPlot_;
   if (cameraSetOnce_ && !again) return;
   CameraSet("ISOnew", 2, 0);
   cameraSetOnce_ = true;

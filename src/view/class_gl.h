@@ -126,7 +126,6 @@ class ClassGl : public GlEvents {
   FontHandle largeFont_ = 0;
   bool maravoFont_ = false;
   Rgba background_;
-  float dotPixels_ = 1;
 };
 
 }  // namespace orv

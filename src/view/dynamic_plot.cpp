@@ -40,7 +40,6 @@ DynamicPlot::Style DynamicPlot::StyleOf(GlApi& gl, const Input& input) const {
   style.options = input.view.options;
   const double widest =
       std::max(Thickness(style.options.ThicknessLineAxis), Thickness(style.options.ThicknessLinePlot));
-  style.dotPixels = input.dotPixels;
   style.pixelRatio = input.pixelRatio;
   if (widest * input.pixelRatio > gl.WidestLine()) {
     style.towardsCamera = input.towardsCamera;
@@ -158,7 +157,7 @@ void DynamicPlot::Rebuild(GlApi& gl, const Input& input) {
     }
     EmitPairs(lists, gl, lists.TraceMax);
     DrawScaleOnAxes(gl, input.view, lists, input.scale.RRMAXAXES, input.pixelRatio);
-    gl.PointSize(input.dotPixels);
+    gl.PointSize(static_cast<float>(Thickness(options.ThicknessLinePlot) * input.pixelRatio));
   }
   gl.LineWidth(static_cast<float>(Thickness(options.ThicknessLinePlot) * input.pixelRatio));
   if (first <= last) pointChunks_.Draw(gl, first, last, upwards, emitPoints);

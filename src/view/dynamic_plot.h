@@ -20,7 +20,6 @@ class DynamicPlot {
     const SceneScale& scale;
     int CURRINDEXI = 0;     // last entry to draw
     int CURRINDEXMINI = 0;  // first entry to draw
-    float dotPixels = 1;    // points of a plot with outlines
     double pixelRatio = 1;  // device pixels of a unit of thickness
     Vec3 towardsCamera{0, 0, 1};
     double unitsPerPixel = 0;
@@ -53,7 +52,6 @@ class DynamicPlot {
     bool valueColours = false;
     bool vectorsShown = false;
     Options options;
-    float dotPixels = 1;
     double pixelRatio = 1;
     Vec3 towardsCamera{};  // with wide lines only
     double unitsPerPixel = 0;

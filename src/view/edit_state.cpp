@@ -37,7 +37,6 @@ constexpr double kWindowStep = 3;
 constexpr double kPanPart = 0.0025;
 constexpr int kFirstHeldName = 10;  // picked things from this name on are not dragged
 constexpr double kCircleStep = 0.01;
-constexpr double kNearPole = 1;  // a coordinate counts for no less in a step, or the camera would not leave the pole
 constexpr std::array<double, 3> kWhite{255, 255, 255};
 
 constexpr int kKeyEnter = 13;
@@ -320,9 +319,8 @@ void ViewInput::TurnOnCircle(int KeyCode) {
     moved = StepOnCircle(step, Radius(y, z), y, z);
   } else if (KeyCode == kKeyUp || KeyCode == kKeyDown) {
     const double side = x < 0 ? -1 : 1;
-    double size = std::max(std::abs(x), kNearPole);
-    moved = StepOnCircle(step * side, Radius(z, x), z, size);
-    x = side * size;
+    moved = StepOnCircle(step, Radius(z, x), z, x);
+    x *= side;
   } else {
     moved = StepOnCircle(step, Radius(x, y), x, y);
   }

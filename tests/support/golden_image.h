@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 #include "numerics/paths.h"
 #include "view/image_file.h"
@@ -15,6 +16,7 @@ namespace orv::testing {
 struct GoldenTolerance {
   int channel = 24;     // difference of a colour component that counts as equal
   double share = 0.01;  // of the pixels that may differ by more
+  int reach = 0;        // a pixel may stand so far from its place: systems place lines and points differently
 };
 
 inline std::string GoldenName(const std::string& name) {
@@ -35,17 +37,56 @@ inline int PixelDifference(const Image& a, const Image& b, std::size_t pixel) {
   return largest;
 }
 
+// Whether the pixel of a has its like in b, at its place or within reach of it.
+inline bool HasLike(const Image& a, const Image& b, int x, int y, const GoldenTolerance& tolerance) {
+  const auto place = [&](int column, int row) { return static_cast<std::size_t>(row * a.width + column) * 3; };
+  const std::size_t own = place(x, y);
+  for (int row = std::max(0, y - tolerance.reach); row <= std::min(a.height - 1, y + tolerance.reach); ++row) {
+    for (int column = std::max(0, x - tolerance.reach); column <= std::min(a.width - 1, x + tolerance.reach);
+         ++column) {
+      const std::size_t other = place(column, row);
+      int largest = 0;
+      for (std::size_t i = 0; i < 3; ++i) largest = std::max(largest, std::abs(a.rgb[own + i] - b.rgb[other + i]));
+      if (largest <= tolerance.channel) return true;
+    }
+  }
+  return false;
+}
+
+// By pixel: something stands in one of two pictures of one size that the other has not.
+inline std::vector<bool> DifferentPixels(const Image& a, const Image& b, const GoldenTolerance& tolerance) {
+  std::vector<bool> different;
+  different.reserve(a.rgb.size() / 3);
+  for (int y = 0; y < a.height; ++y) {
+    for (int x = 0; x < a.width; ++x) {
+      different.push_back(!HasLike(a, b, x, y, tolerance) || !HasLike(b, a, x, y, tolerance));
+    }
+  }
+  return different;
+}
+
+// Share of the pixels that differ, 1 for pictures of different size.
+inline double DifferentShare(const Image& a, const Image& b, const GoldenTolerance& tolerance) {
+  if (a.width != b.width || a.height != b.height || a.rgb.empty()) return 1;
+  const std::vector<bool> different = DifferentPixels(a, b, tolerance);
+  return static_cast<double>(std::count(different.begin(), different.end(), true)) /
+         static_cast<double>(different.size());
+}
+
 // Pixels that differ in red, the others as a pale copy of the golden picture.
-inline Image DifferenceImage(const Image& golden, const Image& actual, int channel) {
+inline Image DifferenceImage(const Image& golden, const std::vector<bool>& different) {
   Image out = golden;
-  for (std::size_t pixel = 0; pixel < out.rgb.size() / 3; ++pixel) {
-    const bool differs = PixelDifference(golden, actual, pixel) > channel;
+  for (std::size_t pixel = 0; pixel < different.size(); ++pixel) {
     for (std::size_t i = 0; i < 3; ++i) {
       std::uint8_t& part = out.rgb[pixel * 3 + i];
-      part = differs ? static_cast<std::uint8_t>(i == 0 ? 255 : 0) : static_cast<std::uint8_t>(192 + part / 4);
+      part = different[pixel] ? static_cast<std::uint8_t>(i == 0 ? 255 : 0) : static_cast<std::uint8_t>(192 + part / 4);
     }
   }
   return out;
+}
+
+inline Image DifferenceImage(const Image& golden, const Image& actual, int channel) {
+  return DifferenceImage(golden, DifferentPixels(golden, actual, {channel}));
 }
 
 // Success when the picture is the golden one of that name, up to the tolerance. A failure leaves the picture and the
@@ -71,16 +112,13 @@ inline ::testing::AssertionResult MatchesGolden(const std::string& name, const I
     return fail(file + " has " + std::to_string(golden.width) + " x " + std::to_string(golden.height) +
                 " pixels, the picture " + std::to_string(actual.width) + " x " + std::to_string(actual.height));
   }
-  const std::size_t pixels = golden.rgb.size() / 3;
-  std::size_t different = 0;
-  for (std::size_t pixel = 0; pixel < pixels; ++pixel) {
-    different += PixelDifference(golden, actual, pixel) > tolerance.channel ? 1 : 0;
-  }
-  const double share = static_cast<double>(different) / static_cast<double>(pixels);
+  const std::vector<bool> different = DifferentPixels(golden, actual, tolerance);
+  const auto count = std::count(different.begin(), different.end(), true);
+  const double share = static_cast<double>(count) / static_cast<double>(different.size());
   if (share <= tolerance.share) return ::testing::AssertionSuccess();
   const std::string drawn = FailureName(name, "difference");
-  const std::string message = WritePng(drawn, DifferenceImage(golden, actual, tolerance.channel));
-  return fail(std::to_string(different) + " of " + std::to_string(pixels) + " pixels differ from " + file)
+  const std::string message = WritePng(drawn, DifferenceImage(golden, different));
+  return fail(std::to_string(count) + " of " + std::to_string(different.size()) + " pixels differ from " + file)
          << "\n  difference: " << (message.empty() ? drawn : message);
 }
 

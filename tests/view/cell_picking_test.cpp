@@ -80,7 +80,7 @@ struct PickScene {
   ClassGl scene{control, lists, view, prompt, clock};
 };
 
-class CellPickingTest : public testing::Test {
+class CellPickingTest : public ::testing::Test {
  protected:
   // A square cell of side 1 in the plane z, centre (x, y); its front looks up, or down.
   void AddCell(double x, double y, double z, float value, bool up = true) {
@@ -313,8 +313,8 @@ TEST_F(CellPickingTest, WhatIsPickedIsWhatIsDrawn) {
       control.PaintAnew(s.scene);
       ASSERT_FALSE(control.Recording().PrimitivesOf(GL_TRIANGLES).empty());
     }
-    const double x = 640 * part(random);
-    const double y = 480 * part(random);
+    const double x = 160 + 320 * part(random);
+    const double y = 100 + 280 * part(random);
     const int expected = PlainPick(control, x, y, s.view.SidesMode == kBothSides ? 4 : 2);
     const auto picked = s.Pick(x, y);
     EXPECT_EQ(picked ? picked->entry : kNoEntry, expected) << n << " mode " << s.view.SidesMode;

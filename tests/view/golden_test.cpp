@@ -11,14 +11,15 @@
 namespace orv {
 namespace {
 
+using testing::DifferentShare;
 using testing::GoldenTolerance;
 using testing::MatchesGolden;
-using testing::PixelDifference;
 
 constexpr int kWidth = 240;
 constexpr int kHeight = 180;
-// Letters differ a little between releases of the font library.
-constexpr GoldenTolerance kWithTexts{48, 0.012};
+// Systems place lines and points up to a pixel apart, and letters differ a little between releases of the font library.
+constexpr GoldenTolerance kDrawing{24, 0.01, 1};
+constexpr GoldenTolerance kWithTexts{48, 0.006, 1};
 
 // A scene on the system's OpenGL.
 struct Stage {
@@ -62,19 +63,11 @@ struct Stage {
   std::unique_ptr<ClassGl> scene;
 };
 
-double DifferingShare(const Image& a, const Image& b, int channel = 24) {
-  if (a.rgb.size() != b.rgb.size() || a.rgb.empty()) return 1;
-  std::size_t different = 0;
-  const std::size_t pixels = a.rgb.size() / 3;
-  for (std::size_t i = 0; i < pixels; ++i) different += PixelDifference(a, b, i) > channel ? 1 : 0;
-  return static_cast<double>(different) / static_cast<double>(pixels);
-}
-
 // Pictures of a series must differ by more than the comparison lets pass, else it could not tell them apart.
-void ExpectUnlike(const std::vector<Image>& images, const GoldenTolerance& tolerance = {}) {
+void ExpectUnlike(const std::vector<Image>& images, const GoldenTolerance& tolerance = kDrawing) {
   for (std::size_t a = 0; a < images.size(); ++a) {
     for (std::size_t b = a + 1; b < images.size(); ++b) {
-      EXPECT_GT(DifferingShare(images[a], images[b], tolerance.channel), tolerance.share) << a << " and " << b;
+      EXPECT_GT(DifferentShare(images[a], images[b], tolerance), tolerance.share) << a << " and " << b;
     }
   }
 }
@@ -115,7 +108,7 @@ TEST(Golden, ColourStyles) {
     stage.view.SidesMode = kBothSides;
     stage.view.ColorStyle = style;
     images.push_back(stage.Picture());
-    EXPECT_TRUE(MatchesGolden(Numbered("colour_style", style), images.back()));
+    EXPECT_TRUE(MatchesGolden(Numbered("colour_style", style), images.back(), kDrawing));
   }
   ExpectUnlike(images);
 }
@@ -166,7 +159,7 @@ TEST(Golden, SidesModes) {
     stage.view.options.ThicknessLinePlot = 3;
     stage.view.SidesMode = mode;
     images.push_back(stage.Picture());
-    EXPECT_TRUE(MatchesGolden(Numbered("sides_mode", mode), images.back()));
+    EXPECT_TRUE(MatchesGolden(Numbered("sides_mode", mode), images.back(), kDrawing));
   }
   ExpectUnlike(images);
 }
@@ -205,7 +198,7 @@ TEST(Golden, IsometricViews) {
     }
   }
   ExpectUnlike(tiles);
-  EXPECT_TRUE(MatchesGolden("camera_iso", Sheet(tiles, 4)));
+  EXPECT_TRUE(MatchesGolden("camera_iso", Sheet(tiles, 4), kDrawing));
 }
 
 TEST(Golden, CornerViews) {
@@ -231,8 +224,8 @@ TEST(Golden, CornerViews) {
     }
   }
   ExpectUnlike(real);
-  EXPECT_TRUE(MatchesGolden("camera_isonewplus", Sheet(plus, 3)));
-  EXPECT_TRUE(MatchesGolden("camera_realiso", Sheet(real, 3)));
+  EXPECT_TRUE(MatchesGolden("camera_isonewplus", Sheet(plus, 3), kDrawing));
+  EXPECT_TRUE(MatchesGolden("camera_realiso", Sheet(real, 3), kDrawing));
 }
 
 TEST(Golden, ViewsAlongTheAxes) {
@@ -246,10 +239,10 @@ TEST(Golden, ViewsAlongTheAxes) {
     EXPECT_EQ(stage.scene->Cameras().Projection(), step);
     tiles.push_back(stage.Again());
   }
-  EXPECT_TRUE(MatchesGolden("camera_proj", Sheet(tiles, 4)));
+  EXPECT_TRUE(MatchesGolden("camera_proj", Sheet(tiles, 4), kDrawing));
   stage.scene->CameraSet("projinverse", 0, 0);
   EXPECT_EQ(stage.scene->Cameras().Projection(), kProjections - 2);
-  EXPECT_EQ(DifferingShare(stage.Again(), tiles[kProjections - 2], 0), 0);
+  EXPECT_EQ(DifferentShare(stage.Again(), tiles[kProjections - 2], {0, 0}), 0);
 }
 
 TEST(Golden, DynamicPlot) {
@@ -262,7 +255,7 @@ TEST(Golden, DynamicPlot) {
     stage.view.SidesMode = kBothSides;
     stage.view.redrawFraction = percent / 100.0;
     images.push_back(stage.Picture());
-    EXPECT_TRUE(MatchesGolden(Numbered("dynamic_percent", percent), images.back()));
+    EXPECT_TRUE(MatchesGolden(Numbered("dynamic_percent", percent), images.back(), kDrawing));
   }
   ExpectUnlike(images);
 }
@@ -278,7 +271,7 @@ TEST(Golden, Events) {
     stage.view.options.ThicknessLinePlot = 3;
     images.push_back(stage.Picture());
   }
-  EXPECT_TRUE(MatchesGolden("events", images[0]));
+  EXPECT_TRUE(MatchesGolden("events", images[0], kDrawing));
   ExpectUnlike(images);
 }
 
@@ -294,7 +287,7 @@ TEST(Golden, ValueComb) {
     stage.view.valueColours = colours;
     stage.view.options.ThicknessLinePlot = colours ? 3 : 1;
     images.push_back(stage.Picture([](Stage& s) { s.scene->CameraSet("proj", 0, 0); }));
-    EXPECT_TRUE(MatchesGolden(colours ? "value_colours" : "value_comb", images.back()));
+    EXPECT_TRUE(MatchesGolden(colours ? "value_colours" : "value_comb", images.back(), kDrawing));
   }
   ExpectUnlike(images);
 }
@@ -323,7 +316,8 @@ TEST(Golden, TheWholeTable) {
   stage.WithoutTexts();
   stage.WithoutAxes();
   stage.view.options.ThicknessLinePlot = 2;
-  EXPECT_TRUE(MatchesGolden("whole_table", stage.Picture()));
+  // Thousands of translucent pieces upon each other: their sum differs more than one of them.
+  EXPECT_TRUE(MatchesGolden("whole_table", stage.Picture(), {64, 0.01, 1}));
 }
 
 TEST(Golden, LegendAtTwoPixelsAPixel) {

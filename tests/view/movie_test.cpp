@@ -27,7 +27,7 @@ struct MovieClock : Clock {
   double now = 5000;
 };
 
-class MovieTest : public testing::Test {
+class MovieTest : public ::testing::Test {
  protected:
   MovieTest() { movie.Form_Load(); }
   // The window opened, and a movie of `frames` at a second each started.

@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <ostream>
 
 #include "analysis/cell_export.h"
 #include "geometry/quantities.h"
+#include "numerics/paths.h"
 #include "numerics/text.h"
 #include "view/view_state.h"
 
@@ -16,6 +18,10 @@ namespace {
 
 const char* const kFooter = R"(
 Examples:
+  orvvalis
+      the window, with the sample plot
+  orvvalis examples/telecom_satellite.xlsx
+      the window, with the example satellite
   orvvalis run examples/telecom_satellite.xlsx --plot 13
       ion density on every cell of the example satellite
   orvvalis run model.ods --sheet Model --plot 20 --export cells.csv --export cells.vtp
@@ -38,6 +44,12 @@ bool IsPlot(int number) {
     if (entry.number == number) return true;
   }
   return false;
+}
+
+std::string CheckFile(const std::string& text) {
+  std::error_code error;
+  if (std::filesystem::exists(PathOf(text), error)) return {};
+  return "\"" + text + "\" is neither a command nor a file";
 }
 
 std::string CheckPlot(const std::string& text) {
@@ -246,7 +258,10 @@ std::optional<Arguments> ParseArguments(int argc, const char* const* argv, std::
   CLI::App app("OrvValis: what an electric thruster's plume does to a satellite, from a spreadsheet.", "orvvalis");
   app.footer(kFooter);
   app.set_version_flag("--version", std::string("OrvValis ") + ORV_VERSION, "Print the version and end");
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);
+  app.add_option("FILE", a.workbook, "Workbook or plot file to open in the window (without one: the sample plot)")
+      ->check(CheckFile);
+  app.add_option("--settings", a.settingsFolder, "Folder of settings and trace file (default: the user's own)");
   app.get_formatter()->column_width(28);
   CLI::App* run = app.add_subcommand("run", "Compute a model and report the results");
   run->footer("");
@@ -265,6 +280,7 @@ std::optional<Arguments> ParseArguments(int argc, const char* const* argv, std::
     exitCode = kExitUsage;
     return std::nullopt;
   }
+  if (run->parsed()) a.command = Arguments::Command::Run;
   if (plots->parsed()) a.command = Arguments::Command::Plots;
   if (show->parsed()) a.command = Arguments::Command::Show;
   exitCode = kExitDone;

@@ -45,8 +45,8 @@ std::optional<std::array<double, 3>> ReadBackground(const std::string& text);
 
 // What the user typed behind the program's name.
 struct Arguments {
-  enum class Command { Run, Plots, Show };
-  Command command = Command::Run;
+  enum class Command { Window, Run, Plots, Show };
+  Command command = Command::Window;
   std::string workbook;
   std::string plotFile;  // show
   PictureArguments picture;

@@ -78,6 +78,7 @@ int RunCommandLine(int argc, const char* const* argv, const Streams& streams) {
     ListPlots(streams.out);
     return kExitDone;
   }
+  if (arguments->command == Arguments::Command::Window) return RunWindow(*arguments, argc, argv, streams);
   if (arguments->command == Arguments::Command::Show) return Show(*arguments, streams);
   return Run(*arguments, streams);
 }

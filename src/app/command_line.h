@@ -23,6 +23,9 @@ void LoadPlotFile(const Arguments& arguments, Session& session);
 // was told why.
 bool DrawPictures(const PictureArguments& arguments, Session& session, PointLists& lists, std::ostream* out);
 
+// The window, until it is closed; returns the exit code of the program.
+int RunWindow(const Arguments& arguments, int argc, const char* const* argv, const Streams& streams);
+
 // The whole program; returns its exit code.
 int RunCommandLine(int argc, const char* const* argv, const Streams& streams);
 

@@ -8,13 +8,6 @@
 namespace orv {
 namespace {
 
-std::string AbsoluteFolder(const std::string& folder) {
-  if (folder.empty()) return FileSettings::UserFolder();
-  std::error_code error;
-  const std::filesystem::path absolute = std::filesystem::absolute(PathOf(folder), error);
-  return error ? folder : TextOf(absolute);
-}
-
 TerminalDialogs::Options DialogOptions(const Arguments& arguments, const SettingsStore& settings, bool terminal) {
   TerminalDialogs::Options options;
   const std::string policy = arguments.onQuestion.value_or(ReadSetting(settings, kSectionUseOrv, "OnQuestion"));
@@ -35,6 +28,13 @@ std::unique_ptr<Clock> MakeClock(const Arguments& arguments) {
 
 }  // namespace
 
+std::string SettingsFolder(const Arguments& arguments) {
+  if (arguments.settingsFolder.empty()) return FileSettings::UserFolder();
+  std::error_code error;
+  const std::filesystem::path absolute = std::filesystem::absolute(PathOf(arguments.settingsFolder), error);
+  return error ? arguments.settingsFolder : TextOf(absolute);
+}
+
 Locale ChooseLocale(const Arguments& arguments, const SettingsStore& settings) {
   Locale locale = UserLocale();
   const std::string decimal = arguments.decimal.value_or(ReadSetting(settings, kSectionUseOrv, "DecimalSeparator"));
@@ -52,7 +52,7 @@ Locale ChooseLocale(const Arguments& arguments, const SettingsStore& settings) {
 }
 
 Session::Session(const Arguments& arguments, const Streams& streams)
-    : settings_(AbsoluteFolder(arguments.settingsFolder), warning_),
+    : settings_(SettingsFolder(arguments), warning_),
       dialogs_(streams.in, streams.err, DialogOptions(arguments, settings_, streams.terminal)),
       prompt_(dialogs_),
       reader_(prompt_, ChooseLocale(arguments, settings_)),

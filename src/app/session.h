@@ -41,6 +41,9 @@ class Session {
   RunContext run_;
 };
 
+// The folder of settings, absolute.
+std::string SettingsFolder(const Arguments& arguments);
+
 // The separators in use: an argument before a setting, a setting before the locale.
 Locale ChooseLocale(const Arguments& arguments, const SettingsStore& settings);
 

@@ -56,9 +56,11 @@ void SaveOptions(SettingsStore& store, const Options& options) {
   std::vector<double> slots(kOptionSlots, 0.0);
   const std::vector<double*> fields = Fields(copy);
   for (std::size_t k = 0; k < fields.size(); ++k) slots[k] = *fields[k];
+  std::vector<StoredText> texts;
   for (int slot = 0; slot < kOptionSlots; ++slot) {
-    store.Write(std::string(kSectionUse), SlotKey(slot), NumberText(slots[static_cast<std::size_t>(slot)]));
+    texts.push_back({std::string(kSectionUse), SlotKey(slot), NumberText(slots[static_cast<std::size_t>(slot)])});
   }
+  store.WriteAll(texts);
 }
 
 bool LoadOptions(const SettingsStore& store, Options& options) {
@@ -96,9 +98,11 @@ void RememberSpecification(SettingsStore& store, const std::string& specificatio
   list.erase(std::remove(list.begin(), list.end(), specification), list.end());
   list.insert(list.begin(), specification);
   list.resize(kRememberedSpecifications);
+  std::vector<StoredText> texts;
   for (int place = 0; place < kRememberedSpecifications; ++place) {
-    store.Write(std::string(kSectionUse), SpecificationKey(place), list[static_cast<std::size_t>(place)]);
+    texts.push_back({std::string(kSectionUse), SpecificationKey(place), list[static_cast<std::size_t>(place)]});
   }
+  store.WriteAll(texts);
 }
 
 }  // namespace orv

@@ -10,6 +10,13 @@
 // All lasting choices of a user: texts by section and key.
 namespace orv {
 
+// One stored text and its place.
+struct StoredText {
+  std::string section;
+  std::string key;
+  std::string value;
+};
+
 class SettingsStore {
  public:
   virtual ~SettingsStore() = default;
@@ -17,6 +24,10 @@ class SettingsStore {
   virtual std::string Read(const std::string& section, const std::string& key, const std::string& initial) const = 0;
   // Failure 75 when the store cannot be written.
   virtual void Write(const std::string& section, const std::string& key, const std::string& value) = 0;
+  // Many texts at once, in their order. A store with a cost for each writing takes it once.
+  virtual void WriteAll(const std::vector<StoredText>& texts) {
+    for (const StoredText& text : texts) Write(text.section, text.key, text.value);
+  }
 };
 
 class MemorySettings : public SettingsStore {
@@ -46,7 +57,7 @@ inline constexpr std::string_view kSectionUse = "Use";
 inline constexpr std::string_view kSectionUseOrv = "UseOrv";
 inline constexpr std::string_view kSectionDirs = "SettingsDirs";
 
-inline constexpr std::array<Setting, 20> kSettings = {{
+inline constexpr std::array<Setting, 21> kSettings = {{
     {"Use", "SetDirBMP", "", "Image directory", "Folder of saved images and movie frames"},
     {"Use", "Setstr00.00", "earthjpg.jpg", "Earth texture", "Picture wrapped round the Earth"},
     {"Use", "Setstr01.00", "moonjpg.jpg", "Moon texture", "Picture wrapped round the Moon"},
@@ -57,6 +68,7 @@ inline constexpr std::array<Setting, 20> kSettings = {{
     {"Use", "Background15", "10", "Background red", "Red of the background that white replaces"},
     {"Use", "Background16", "20", "Background green", "Green of the background that white replaces"},
     {"Use", "Background17", "70", "Background blue", "Blue of the background that white replaces"},
+    {"Use", "RecentWorkbooks", "", "Recent workbooks", "Files opened last, one a line, newest first"},
     {"UseOrv", "PlotsUsedLastSelected", "13", "Last plot selected", "Number of the plot chosen last"},
     {"UseOrv", "PlotsUsedLog10", "0", "Logarithmic scale", "0 linear, 1 with margins for zero, 2 without margins"},
     {"UseOrv", "PlotsUsedDirective", "", "Special directives", "Text of the plot options, such as L 3 or C 15"},

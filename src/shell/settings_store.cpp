@@ -72,10 +72,13 @@ void FileSettings::Save() const {
 }
 
 void FileSettings::Write(const std::string& section, const std::string& key, const std::string& value) {
-  const auto found = values_.find({section, key});
-  if (found != values_.end() && found->second == value) return;
+  WriteAll({{section, key, value}});
+}
+
+void FileSettings::WriteAll(const std::vector<StoredText>& texts) {
   const auto before = values_;
-  MemorySettings::Write(section, key, value);
+  for (const StoredText& text : texts) MemorySettings::Write(text.section, text.key, text.value);
+  if (values_ == before) return;
   try {
     Save();
   } catch (const RuntimeFailure& failure) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "numerics/settings.h"
 
@@ -15,6 +16,8 @@ class FileSettings : public MemorySettings {
 
   // Stores at once. Failure 75 when the folder cannot be written.
   void Write(const std::string& section, const std::string& key, const std::string& value) override;
+  // The file is written once, or not at all when nothing is new. On failure all texts keep what they were.
+  void WriteAll(const std::vector<StoredText>& texts) override;
 
   // The folder of the trace file and the plot files, with a trailing separator: the stored directory, where "C:\" means
   // the settings' own folder. It is stored again at once.

@@ -56,8 +56,7 @@ TEST_F(ArgumentsTest, ARunNeedsAWorkbookAndAPlot) {
   EXPECT_FALSE(a->quiet);
   ExpectRefused({"run", "model.xlsx"}, "--plot");
   ExpectRefused({"run", "--plot", "13"}, "WORKBOOK");
-  ExpectRefused({}, "");
-  ExpectRefused({"fly"}, "");
+  ExpectRefused({"fly"}, "neither a command nor a file");
   ExpectRefused({"run", "model.xlsx", "--plot", "13", "second.xlsx"}, "second.xlsx");
   ExpectRefused({"run", "model.xlsx", "--plot", "13", "--unknown"}, "--unknown");
 }
@@ -208,6 +207,19 @@ TEST_F(ArgumentsTest, ShowDrawsAPlotFile) {
   EXPECT_EQ(a->plotFile, "plot.txt");
   ExpectRefused({"show", "plot.txt"}, "--image");
   ExpectRefused({"show", "--image", "a.png"}, "PLOTFILE");
+}
+
+TEST_F(ArgumentsTest, WithoutACommandTheWindowOpens) {
+  const auto plain = Parse({});
+  ASSERT_TRUE(plain);
+  EXPECT_EQ(plain->command, Arguments::Command::Window);
+  EXPECT_EQ(plain->workbook, "");
+  const std::string file = std::string(ORV_SOURCE_DIR) + "/README.md";
+  const auto opened = Parse({file, "--settings", "here"});
+  ASSERT_TRUE(opened) << err.str();
+  EXPECT_EQ(opened->command, Arguments::Command::Window);
+  EXPECT_EQ(opened->workbook, file);
+  EXPECT_EQ(opened->settingsFolder, "here");
 }
 
 }  // namespace

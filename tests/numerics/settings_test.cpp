@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "numerics/failure.h"
 
@@ -26,7 +27,12 @@ class CountingSettings : public MemorySettings {
 
   mutable std::set<std::pair<std::string, std::string>> read;
   mutable std::set<std::string> defaults;
+  void WriteAll(const std::vector<StoredText>& texts) override {
+    ++batches;
+    MemorySettings::WriteAll(texts);
+  }
   int writes = 0;
+  int batches = 0;
 };
 
 std::string Slot(int slot) {
@@ -120,6 +126,23 @@ TEST(Options, StandInTheirSlots) {
   EXPECT_EQ(options.SatelliteSize, 132);
   EXPECT_EQ(options.SatelliteShown, 133);
   EXPECT_EQ(options.PanelsTrackSun, 134);
+}
+
+TEST(Settings, AreWrittenOneByOneUnlessTheStoreKnowsBetter) {
+  CountingSettings store;
+  store.WriteAll({{"Use", "a", "1"}, {"Use", "b", "2"}, {"Use", "a", "3"}});
+  EXPECT_EQ(store.writes, 3);
+  EXPECT_EQ(store.Read("Use", "a", ""), "3") << "in their order";
+  EXPECT_EQ(store.Read("Use", "b", ""), "2");
+}
+
+TEST(Options, AndSpecificationsAreStoredInOneGo) {
+  CountingSettings store;
+  SaveOptions(store, Options{});
+  EXPECT_EQ(store.batches, 1);
+  EXPECT_EQ(store.writes, 101);
+  RememberSpecification(store, "=MAX(A1:B2)");
+  EXPECT_EQ(store.batches, 2);
 }
 
 TEST(Options, ComeBackAsTheyWereSaved) {

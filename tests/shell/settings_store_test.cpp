@@ -92,6 +92,29 @@ TEST_F(StoreTest, KeepsTheOptions) {
   EXPECT_EQ(loaded, options);
 }
 
+TEST_F(StoreTest, WritesManyTextsInOneGo) {
+  FileSettings settings = Open();
+  settings.WriteAll({{"Use", "a", "1"}, {"UseOrv", "b", "2"}, {"Use", "a", "3"}});
+  EXPECT_EQ(Open().Read("Use", "a", ""), "3");
+  EXPECT_EQ(Open().Read("UseOrv", "b", ""), "2");
+  fs::remove(file());
+  settings.WriteAll({{"Use", "a", "3"}, {"UseOrv", "b", "2"}});
+  EXPECT_FALSE(fs::exists(file())) << "nothing is new";
+  settings.WriteAll({{"Use", "a", "3"}, {"UseOrv", "b", ""}});
+  EXPECT_EQ(Open().Read("UseOrv", "b", "absent"), "");
+  EXPECT_EQ(Open().Read("Use", "a", ""), "3");
+}
+
+TEST_F(StoreTest, ManyTextsThatCannotBeStoredAllKeepWhatTheyWere) {
+  FileSettings settings = Open();
+  settings.Write("Use", "a", "old");
+  fs::remove_all(folder.path() / "settings");
+  folder.Write("settings", "in the way");
+  EXPECT_THROW(settings.WriteAll({{"Use", "a", "new"}, {"Use", "b", "new"}}), RuntimeFailure);
+  EXPECT_EQ(settings.Read("Use", "a", ""), "old");
+  EXPECT_EQ(settings.Read("Use", "b", "absent"), "absent");
+}
+
 TEST_F(StoreTest, SetsADamagedFileAside) {
   for (const std::string& bytes :
        {std::string("{\"Use\": {\"a\": "), std::string("[1, 2]"), std::string("\xFF\xFE"), std::string("12"),

@@ -1,0 +1,172 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QTimer>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "shell/frm_to_plot.h"
+#include "shell/frm_video.h"
+#include "shell/glx_widget.h"
+#include "shell/options_frame.h"
+#include "shell/qt_dialogs.h"
+#include "view/edit_state.h"
+#include "window/main_run.h"
+#include "window/main_state.h"
+#include "window/menus.h"
+#include "window/plot_controls.h"
+#include "window/remembered.h"
+#include "window/replot.h"
+#include "window/toolbar.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+class QScrollBar;
+class QToolButton;
+
+namespace orv {
+
+// What the window works with; all outlive it.
+struct WindowServices {
+  RunContext& run;
+  SettingsStore& settings;
+  QtDialogs& dialogs;
+  frmWarning& warning;
+  std::string dataFolder;  // of the sample plot and the trace file, with a trailing separator
+  std::string program;     // full name of the program's file
+};
+
+// The first panel of the status bar: a text that can be clicked.
+class StatusPanel;
+
+// The main window: the view in the middle, the toolbar, the specification, the bars that drive the plot, the status bar
+// and the options. What its controls do is told by the rooms of the folder window; this class shows it.
+class frmMain : public QMainWindow, private ViewListener, private ViewWindow {
+  Q_OBJECT
+
+ public:
+  explicit frmMain(const WindowServices& services, QWidget* parent = nullptr);
+  ~frmMain() override;
+
+  // Opens a workbook or a plot file, by its content. asArgument: a plot file hides the menus.
+  void OpenFile(const std::string& name, bool asArgument = false);
+  // One full run from the chosen source.
+  void UpdateExcel();
+
+  glxWidget& View() { return place_->View(); }
+  ClassGl& Scene() { return *scene_; }
+  const MainState& State() const { return main_; }
+  bool Busy() const { return busy_ > 0; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  // The parts of the window.
+  void BuildMenus();
+  void BuildToolbar();
+  void BuildCentre();
+  void BuildStatusBar();
+  void FillRecent();
+  void Start();
+
+  // Actions.
+  void Do(const std::function<void()>& action);
+  void DoMenu(MenuAction action);
+  void DoTool(const std::string& key);
+  void DoReplot(ReplotAction action);
+  void ClickStatus(const ClickKeys& keys);
+  void RunNow(const std::function<bool()>& work);
+  void EnterSpecification();
+  void ChooseWorkbook();
+  void ShowOptions(bool shown);
+  void LookFrom(const Vec3& position, const Vec3& up);
+  void SaveImage(const std::string& name);
+  bool SavePicture(const std::string& name, const std::string& folder);
+  void ToggleMovie();
+  void RunPowerPoint();
+  void Print();
+  void OpenResultFolder();
+  void OpenManual();
+  std::string ImageDirectory() const;
+  void Tick();
+  void ShowPick(double x, double y);
+
+  // Copies what the logic has written to the controls.
+  void Refresh();
+  void RefreshTools();
+
+  // ViewListener
+  void MouseDown(int Button, int Shift, double x, double y) override;
+  void MouseMove(int Button, int Shift, double x, double y) override;
+  void MouseUp(int Button, int Shift, double x, double y) override;
+  void DblClick(int Button, int Shift, double x, double y) override;
+  void Wheel(double notches, int Shift, double x, double y) override;
+  void KeyDown(int& KeyCode, int Shift) override;
+  void KeyUp(int& KeyCode, int Shift) override;
+  void KeyPress(int& KeyAscii) override;
+  void ProgramEnded() override;
+  // ViewWindow
+  void CloseOptions() override;
+  void CaptionOfCheck3(const std::string& caption) override;
+
+  WindowServices services_;
+  RunContext& run_;
+  ViewState view_;
+  MainState main_;
+  OptionsForm options_;
+  ToPlotForm selection_;
+  WindowSelection windowSelection_;
+  MainRun source_;
+  SpecificationList specifications_;
+  Toolbar toolbar_;
+
+  GlxPlace* place_ = nullptr;
+  std::unique_ptr<ClassGl> scene_;
+  std::unique_ptr<ViewInput> input_;
+  std::unique_ptr<PlotControls> controls_;
+  std::unique_ptr<Replot> replot_;
+  std::unique_ptr<Movie> movie_;
+  MovieFields movieFields_;
+
+  std::map<std::string, QAction*> menuActions_;
+  std::map<std::string, QToolButton*> tools_;
+  QMenu* recent_ = nullptr;
+  QComboBox* Combo1_ = nullptr;
+  QScrollBar* HScroll1_ = nullptr;
+  QScrollBar* HScroll2_ = nullptr;
+  QScrollBar* HScroll4_ = nullptr;
+  QLabel* Text2_ = nullptr;
+  QLabel* Text3_ = nullptr;
+  QLabel* Text10_ = nullptr;
+  QPushButton* Command6_ = nullptr;
+  QPushButton* Command7_ = nullptr;
+  QPushButton* Command8_ = nullptr;
+  QPushButton* Command9_ = nullptr;
+  QLineEdit* Text12_ = nullptr;
+  QProgressBar* ProgressBar1_ = nullptr;
+  StatusPanel* panel_ = nullptr;
+  QLabel* pickPanel_ = nullptr;
+  OptionsFrame* optionsFrame_ = nullptr;
+  QWidget* Frame1_ = nullptr;
+  QLineEdit* Text1_ = nullptr;
+  frmToPlot* toPlot_ = nullptr;
+  frmVideo* video_ = nullptr;
+  QTimer timer_;
+  int busy_ = 0;
+  int heldKey_ = 0;
+  bool refreshing_ = false;
+  bool started_ = false;
+  bool closing_ = false;
+};
+
+}  // namespace orv

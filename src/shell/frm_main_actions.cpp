@@ -1,0 +1,459 @@
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QProgressBar>
+#include <QStandardPaths>
+#include <QToolTip>
+#include <QUrl>
+#include <algorithm>
+#include <filesystem>
+
+#include "analysis/cell_address.h"
+#include "numerics/paths.h"
+#include "shell/form_parts.h"
+#include "shell/frm_main.h"
+#include "shell/frm_warning.h"
+#include "shell/status_panel.h"
+#include "view/capture.h"
+#include "view/cell_picking.h"
+#include "window/help_texts.h"
+
+// What the menus, the toolbar, the mouse and the keys of the main window do.
+namespace orv {
+namespace {
+
+constexpr double kViewDistance = 100;
+constexpr int kBusyCursor = 11;
+constexpr int kNormalCursor = 0;
+constexpr const char* kManual = "docs/README.md";
+
+CivilTime FileTime(const std::string& file) {
+  const QDateTime time = QFileInfo(QString::fromStdString(file)).lastModified();
+  CivilTime result;
+  if (!time.isValid()) return result;
+  result.year = time.date().year();
+  result.month = time.date().month();
+  result.day = time.date().day();
+  return result;
+}
+
+}  // namespace
+
+// Runs an action of the user; whatever it changed is shown, and an abort answer ends the program.
+void frmMain::Do(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const ProgramEnd&) {
+    ProgramEnded();
+    return;
+  } catch (const RuntimeFailure& failure) {
+    services_.dialogs.Tell(failure.description(), "OrvValis", Icon::Critical);
+  } catch (const std::bad_alloc&) {
+    services_.dialogs.Tell("The memory of this machine does not hold this.", "OrvValis", Icon::Critical);
+  }
+  if (scene_ != nullptr && replot_ != nullptr && panel_ != nullptr && video_ != nullptr) Refresh();
+}
+
+void frmMain::ProgramEnded() {
+  timer_.stop();
+  busy_ = 0;
+  services_.warning.close();
+  hide();
+  QCoreApplication::exit(closing_ ? 0 : 1);
+}
+
+void frmMain::RunNow(const std::function<bool()>& work) {
+  ++busy_;
+  View().Control().Cursor(kBusyCursor);
+  bool shown = false;
+  try {
+    shown = work();
+  } catch (...) {
+    --busy_;
+    throw;
+  }
+  --busy_;
+  View().Control().Cursor(kNormalCursor);
+  ProgressBar1_->hide();
+  pickPanel_->clear();
+  replot_->Ended(shown);
+  if (!source_.File().empty()) {
+    setWindowTitle("OrvValis - " + QFileInfo(QString::fromStdString(source_.File())).fileName());
+  }
+  View().Control().Redraw();
+}
+
+void frmMain::OpenFile(const std::string& name, bool asArgument) {
+  Do([&] {
+    source_.Choose(name);
+    if (source_.Source() == PlotSource::Workbook) {
+      RememberWorkbook(services_.settings, run_.prompt,
+                       QFileInfo(QString::fromStdString(name)).absoluteFilePath().toStdString());
+    } else if (asArgument) {
+      source_.SetFileMode();
+      for (const std::string_view menu : kMenusHiddenInFileMode) menuActions_.at(std::string(menu))->setVisible(false);
+    }
+  });
+  if (started_) UpdateExcel();
+}
+
+void frmMain::UpdateExcel() {
+  Do([this] {
+    if (replot_->Busy()) return;
+    replot_->PrepareUpdate();
+    if (replot_->Begin()) RunNow([this] { return source_.CommExcelRun(); });
+  });
+}
+
+void frmMain::DoReplot(ReplotAction action) {
+  switch (action) {
+    case ReplotAction::FullRun:
+      RunNow([this] { return source_.CommExcelRun(); });
+      break;
+    case ReplotAction::ShowSelection:
+      replot_->OpenSelection();
+      toPlot_->exec();
+      DoReplot(replot_->TakeSelection());
+      break;
+    case ReplotAction::Replot:
+      RunNow([this] { return source_.Replot(); });
+      break;
+    case ReplotAction::None:
+      break;
+  }
+}
+
+void frmMain::ClickStatus(const ClickKeys& keys) {
+  DoReplot(replot_->Click(keys));
+  View().Control().Redraw();
+}
+
+void frmMain::EnterSpecification() {
+  const std::string text = Combo1_->currentText().toStdString();
+  specifications_.Enter(text);
+  if (text == "demo") source_.ChooseDemo();
+  UpdateExcel();
+}
+
+void frmMain::ChooseWorkbook() {
+  const std::vector<std::string> recent = RecentWorkbooks(services_.settings);
+  const QString folder = recent.empty() ? QString() : QFileInfo(QString::fromStdString(recent.front())).absolutePath();
+  const QString name = QFileDialog::getOpenFileName(
+      this, "Open", folder, "Workbooks and plot files (*.xlsx *.xlsm *.ods *.txt *.csv *.tsv *.xls);;All files (*)");
+  if (!name.isEmpty()) OpenFile(name.toStdString());
+}
+
+void frmMain::ShowOptions(bool shown) {
+  if (shown) options_.Show();
+  optionsFrame_->setVisible(shown);
+  optionsFrame_->Refresh();
+}
+
+void frmMain::CloseOptions() {
+  options_.Command2();
+  optionsFrame_->setVisible(options_.Visible());
+  View().Control().Redraw();
+}
+
+void frmMain::CaptionOfCheck3(const std::string& caption) {
+  options_.SetCheck3Caption(caption);
+  optionsFrame_->Refresh();
+}
+
+void frmMain::LookFrom(const Vec3& position, const Vec3& up) {
+  Camera& camera = View().Control().Camera();
+  camera.SetLookAt({0, 0, 0});
+  camera.SetPosition(position);
+  camera.SetUp(up);
+  camera.SetProjection(kOrthographic);
+  View().Control().Trackball().Clear();
+  View().Control().Redraw();
+}
+
+void frmMain::DoMenu(MenuAction action) {
+  Camera& camera = View().Control().Camera();
+  switch (action) {
+    case MenuAction::OpenWorkbook:
+      ChooseWorkbook();
+      break;
+    case MenuAction::SaveImage:
+      SaveImage(kSavedImage);
+      break;
+    case MenuAction::SaveImageWithTimeStamp:
+      SaveImage(TimeStampImage(run_.clock.Local()));
+      break;
+    case MenuAction::MovieFrames:
+      toolbar_.SetMovieFlag(!toolbar_.MovieFlag());
+      ToggleMovie();
+      break;
+    case MenuAction::RunPowerPoint:
+      RunPowerPoint();
+      break;
+    case MenuAction::ShowOptions:
+      ShowOptions(!options_.Visible() || !optionsFrame_->isVisible());
+      break;
+    case MenuAction::Print:
+      Print();
+      break;
+    case MenuAction::Exit:
+      close();
+      break;
+    case MenuAction::Interactive:
+      options_.mnuOinteractive_Click();
+      optionsFrame_->Refresh();
+      break;
+    case MenuAction::Grid:
+      input_->SetGrids(!input_->Grids());
+      break;
+    case MenuAction::Camera:
+      scene_->CameraSet("ISO", 0, 0);
+      View().Control().Redraw();
+      break;
+    case MenuAction::ResetCamera:
+      LookFrom({scene_->Scale().Scale80, scene_->Scale().Scale80, scene_->Scale().Scale80}, {0, 1, 0});
+      camera.SetSceneRange(scene_->RRMAXAXES() == 0 ? scene_->Scale().Scale80 : scene_->RRMAXAXES());
+      break;
+    case MenuAction::Perspective:
+      camera.SetProjection(camera.Projection() == kOrthographic ? kPerspective : kOrthographic);
+      View().Control().Redraw();
+      break;
+    case MenuAction::Top:
+      LookFrom({0, 0, kViewDistance}, {0, 1, 0});
+      break;
+    case MenuAction::Left:
+      LookFrom({-kViewDistance, 0, 0}, {0, 0, 1});
+      break;
+    case MenuAction::Front:
+      LookFrom({0, -kViewDistance, 0}, {0, 0, 1});
+      break;
+    case MenuAction::Contents: {
+      for (const std::string& text : HelpContents()) services_.dialogs.Tell(text, "Contents");
+      if (options_.Pending()) options_.OptionAffecteUser();
+      optionsFrame_->Refresh();
+      DoReplot(replot_->Again());
+      break;
+    }
+    case MenuAction::Manual:
+      OpenManual();
+      break;
+    case MenuAction::About:
+      services_.dialogs.Tell(AboutText(FileTime(services_.program)), "About");
+      break;
+    case MenuAction::OpenFolder:
+      OpenResultFolder();
+      break;
+    case MenuAction::UpdateExcel:
+      UpdateExcel();
+      break;
+    default:
+      break;
+  }
+}
+
+void frmMain::DoTool(const std::string& key) {
+  ToolKeys keys;
+  keys.heldKey = heldKey_;
+  keys.modifier = ShiftOf(QGuiApplication::keyboardModifiers()) != 0;
+  const ToolClick click = toolbar_.Toolbar1MYButtonClick(key, keys);
+  if (click.EditState != kNoState && click.action != ToolAction::TrackballOn &&
+      click.action != ToolAction::TrackballOff) {
+    input_->SetEditState(click.EditState);
+  }
+  switch (click.action) {
+    case ToolAction::TrackballOn:
+    case ToolAction::TrackballOff:
+      input_->ToggleTrackball();
+      break;
+    case ToolAction::FrozenStart: {
+      const int state = controls_->FrozenStart(toolbar_.MarkedState());
+      input_->SetEditState(state);
+      view_.frozen = state == kEditStateFrozen;
+      View().Control().Redraw();
+      return;  // the frozen state stays until the second press
+    }
+    case ToolAction::CameraSet:
+      scene_->CameraSet(click.camera, click.axis, click.SPECaxeVertical);
+      break;
+    case ToolAction::SaveImage:
+      SaveImage(TimeStampImage(run_.clock.Local()));
+      break;
+    case ToolAction::MovieFrames:
+      ToggleMovie();
+      break;
+    default:
+      break;
+  }
+  if (click.EditStateAfter != kNoState) input_->SetEditState(click.EditStateAfter);
+  View().Control().Redraw();
+}
+
+std::string frmMain::ImageDirectory() const {
+  const std::string pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation).toStdString();
+  return ImageFolder(options_.ImageDirectory(), run_.model.WorkbookFolder, pictures);
+}
+
+bool frmMain::SavePicture(const std::string& name, const std::string& folder) {
+  const Image picture = View().Picture();
+  const std::string file = SaveName(name, folder);
+  const std::string failure = picture.rgb.empty() ? "There is no picture to save." : WriteBitmap(file, picture);
+  if (!failure.empty()) {
+    services_.dialogs.Log("_" + failure);
+    pickPanel_->setText(QString::fromStdString(failure));
+    return false;
+  }
+  pickPanel_->setText("Saved " + QString::fromStdString(file));
+  return true;
+}
+
+void frmMain::SaveImage(const std::string& name) {
+  View().Control().Cursor(kBusyCursor);
+  SavePicture(name, ImageDirectory());
+  View().Control().Cursor(kNormalCursor);
+}
+
+void frmMain::ToggleMovie() {
+  if (!movie_->mnuFMovieSaveAs(ImageDirectory())) return;
+  movie_->Form_Load();
+  video_->SetFolder(ImageDirectory());
+  video_->Refresh();
+  video_->show();
+  video_->raise();
+}
+
+void frmMain::RunPowerPoint() {
+  const std::string source = source_.Source() == PlotSource::PlotFile ? source_.File() : std::string();
+  if (source.empty()) {
+    services_.dialogs.Tell("There is no plot file to copy.", "To run in PowerPoint");
+    return;
+  }
+  const std::string copy = services_.dataFolder + PowerPointFileName(run_.clock.Local());
+  std::error_code error;
+  std::filesystem::copy_file(PathOf(source), PathOf(copy), std::filesystem::copy_options::overwrite_existing, error);
+  if (error) {
+    services_.dialogs.Tell("\"" + copy + "\" could not be written: " + error.message(), "To run in PowerPoint",
+                           Icon::Critical);
+    return;
+  }
+  Text1_->setText(QString::fromStdString(PowerPointCommand(services_.program, copy)));
+  Text1_->selectAll();
+  Text1_->copy();
+  Frame1_->show();
+}
+
+void frmMain::Print() {
+  QPrinter printer(QPrinter::HighResolution);
+  QPrintDialog dialog(&printer, this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  const Image picture = View().Picture();
+  QPainter painter;
+  if (picture.rgb.empty() || !painter.begin(&printer)) {
+    services_.dialogs.Tell("error Sub mnuFPrint_Click ", "Print", Icon::Critical);
+    run_.prompt.AbortQuestion();
+    return;
+  }
+  const QImage image(picture.rgb.data(), picture.width, picture.height, 3 * picture.width, QImage::Format_RGB888);
+  const QRect page = painter.viewport();
+  const QSize size = image.size().scaled(page.size(), Qt::KeepAspectRatio);
+  painter.drawImage(QRect(page.topLeft(), size), image);
+}
+
+void frmMain::OpenResultFolder() {
+  const std::string folder = run_.model.WorkbookFolder.empty() ? services_.dataFolder : run_.model.WorkbookFolder;
+  QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(folder)));
+}
+
+void frmMain::OpenManual() {
+  const QFileInfo program(QString::fromStdString(services_.program));
+  for (const char* const up : {"/../share/doc/orvvalis/", "/../../", "/../", "/"}) {
+    const QFileInfo manual(program.absolutePath() + up + kManual);
+    if (!manual.exists()) continue;
+    QDesktopServices::openUrl(QUrl::fromLocalFile(manual.absoluteFilePath()));
+    return;
+  }
+  services_.dialogs.Tell("The manual is not beside the program.", "Manual");
+}
+
+void frmMain::Tick() {
+  TimerWork work;
+  work.linkBusy = [this] { return busy_ > 0; };
+  work.spin = [this] { return input_->SpinStep(); };
+  work.movie = [this] {
+    if (movie_->MovieSaveAs()) Refresh();
+  };
+  if (scene_->TheUpdateTimer_ThatTime(work)) View().Control().Redraw();
+}
+
+void frmMain::ShowPick(double x, double y) {
+  const auto picked = PickCell(*scene_, x, y);
+  const CellAddress address = picked ? AddressOfEntry(run_, picked->entry) : CellAddress{};
+  pickPanel_->setText(QString::fromStdString(address.StatusText()));
+  if (!address.Found()) return;
+  const double ratio = View().devicePixelRatioF();
+  QToolTip::showText(View().mapToGlobal(QPoint(static_cast<int>(x / ratio), static_cast<int>(y / ratio))),
+                     QString::fromStdString(address.TipText()), &View());
+}
+
+void frmMain::MouseDown(int Button, int Shift, double x, double y) {
+  Do([&] { input_->MouseDown(Button, Shift, x, y); });
+}
+
+void frmMain::MouseMove(int Button, int Shift, double x, double y) {
+  input_->MouseMove(Button, Shift, x, y);
+}
+
+void frmMain::MouseUp(int Button, int Shift, double x, double y) {
+  Do([&] {
+    if (input_->MouseUp(Button, Shift, x, y)) ShowPick(x, y);
+  });
+}
+
+void frmMain::DblClick(int Button, int, double, double) {
+  Do([&] {
+    toolbar_.ToggleTrackball();
+    input_->DblClick(Button);
+  });
+}
+
+void frmMain::Wheel(double notches, int, double, double) {
+  input_->Wheel(notches);
+}
+
+void frmMain::KeyDown(int& KeyCode, int Shift) {
+  Do([&] {
+    heldKey_ = KeyCode;
+    input_->FormKeyDown(KeyCode, Shift, optionsFrame_->isVisible());
+    if (KeyCode != 0) input_->KeyDown(KeyCode, Shift);
+  });
+}
+
+void frmMain::KeyUp(int&, int) {
+  heldKey_ = 0;
+}
+
+void frmMain::KeyPress(int& KeyAscii) {
+  Do([&] { input_->KeyPress(KeyAscii); });
+}
+
+void frmMain::keyPressEvent(QKeyEvent* event) {
+  int KeyCode = KeyCodeOf(*event);
+  heldKey_ = KeyCode;
+  const int before = KeyCode;
+  Do([&] { input_->FormKeyDown(KeyCode, ShiftOf(event->modifiers()), optionsFrame_->isVisible()); });
+  if (before == 0 || KeyCode == before) QMainWindow::keyPressEvent(event);
+}
+
+void frmMain::keyReleaseEvent(QKeyEvent* event) {
+  if (!event->isAutoRepeat()) heldKey_ = 0;
+  QMainWindow::keyReleaseEvent(event);
+}
+
+}  // namespace orv

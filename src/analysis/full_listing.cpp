@@ -8,12 +8,14 @@
 #include "analysis/result_labels.h"
 #include "analysis/summary.h"
 #include "numerics/number_format.h"
+#include "numerics/progress_pace.h"
 #include "numerics/text.h"
 
 namespace orv {
 namespace {
 
 constexpr int kDigits = 4;
+constexpr int kRowsAtOnce = 250;  // between two reports of progress
 constexpr std::size_t kIndexWidth = 4;
 constexpr std::size_t kWidth = 11;
 constexpr std::array<int, 6> kPlaceAndNormal = {1, 2, 3, 5, 6, 7};
@@ -29,7 +31,11 @@ std::string UnitOf(double code) {
 class Listing {
  public:
   Listing(RunContext& run, ReportFile& file)
-      : run_(run), file_(file), data_(run.cells.CellData), plot_(static_cast<int>(std::lround(run.plot.IndexPlot))) {
+      : run_(run),
+        file_(file),
+        data_(run.cells.CellData),
+        progress_(run.dialogs()),
+        plot_(static_cast<int>(std::lround(run.plot.IndexPlot))) {
     label_ = ReplaceAll(SoftBlanks(LabelOf(run.ResultLabels, plot_)), " ", "_");
     if (label_.empty()) label_ = "_";
   }
@@ -62,7 +68,11 @@ class Listing {
     const int n = std::min(thruster ? 1 : run_.cells.CountI(p), data_.cellsI());
     const int m = std::min(thruster ? 1 : run_.cells.CountJ(p), data_.cellsJ());
     for (int i = 1; i <= n; ++i) {
-      for (int j = 1; j <= m; ++j) PrintCell(p, i, j);
+      for (int j = 1; j <= m; ++j) {
+        if ((j - 1) % kRowsAtOnce == 0)
+          progress_("reports, full listing", (p - 1 + (i - 1.0) / n) / LastPrimitive(run_));
+        PrintCell(p, i, j);
+      }
     }
     if (thruster) file_.Print(" Source Point of the Thruster's Exit plane");
   }
@@ -103,6 +113,7 @@ class Listing {
   RunContext& run_;
   ReportFile& file_;
   const CellBlock& data_;
+  ProgressPace progress_;
   int plot_;
   std::string label_;
 };

@@ -10,6 +10,7 @@
 #include "analysis/running_tables.h"
 #include "analysis/sputter_tables.h"
 #include "numerics/number_format.h"
+#include "numerics/progress_pace.h"
 #include "numerics/text.h"
 
 namespace orv {
@@ -139,6 +140,7 @@ class PlotReport {
         potentials_(potentials),
         name_(run.record.PlotReportFile.empty() ? ResultName(run, PlotReportName(run)) : run.record.PlotReportFile),
         block_(run.prompt, run.record.ignoreFailures, name_, ResultName(run, "OrvForcesAndMoments_.xls")),
+        progress_(run.dialogs()),
         tables_(run, [this](const std::string& line) { Print(line); }),
         plot_(static_cast<int>(ToIndex(run.plot.IndexPlot))),
         geometryPlot_(IsGeometryPlot(run.plot.IndexPlot)),
@@ -192,6 +194,7 @@ class PlotReport {
     // The shells of a plasma volume hold integrals along their paths in two of the force quantities.
     int primitives = IsForceOrMoment(q) ? typed_ : all_;
     if (q == Number(Quantity::Density) && plot_ == q) primitives = typed_;
+    progress_("reports", 0);
     block_([&] { tables_.Summary(q, form, primitives); });
   }
 
@@ -262,6 +265,7 @@ class PlotReport {
   std::string name_;
   std::vector<std::string> lines_;
   RunBlock block_;
+  ProgressPace progress_;
   ReportTables tables_;
   int plot_;
   bool geometryPlot_;

@@ -6,6 +6,7 @@
 #include "analysis/report.h"
 #include "analysis/result_labels.h"
 #include "numerics/number_format.h"
+#include "numerics/progress_pace.h"
 #include "numerics/text.h"
 
 namespace orv {
@@ -23,7 +24,7 @@ std::string StepHeads(const RunContext& run, double angle) {
   return line + " AngleAutoRotationDeg" + TextColumn(NumberText(angle), 0);
 }
 
-void PrintSteps(const RunContext& run, ReportFile& file) {
+void PrintSteps(RunContext& run, ReportFile& file) {
   const PagedArray<float, 4>& store = run.stores.RotationCellStore;
   if (store.bounds(0).count() == 0) return;
   const auto limit = [&](int slot, std::size_t dimension) {
@@ -32,9 +33,11 @@ void PrintSteps(const RunContext& run, ReportFile& file) {
   const std::ptrdiff_t n = limit(1, 1);
   const std::ptrdiff_t m = limit(2, 2);
   const std::ptrdiff_t steps = limit(3, 0);
+  ProgressPace progress(run.dialogs());
   for (std::ptrdiff_t s = 1; s <= steps; ++s) {
     file.Print(StepHeads(run, store(s, 0, 0, 0)));
     for (std::ptrdiff_t i = 1; i <= n; ++i) {
+      progress("reports, steps of the turn", static_cast<double>(s - 1) / static_cast<double>(steps));
       for (std::ptrdiff_t j = 1; j <= m; ++j) {
         std::string row = IndexColumn(i, 3) + IndexColumn(j, 3) + NumberColumn(store(s, i, j, 0), kDigits, kWidth);
         for (const int slot : kSlots) row += NumberColumn(store(s, i, j, slot), kDigits, kWidth);

@@ -62,7 +62,7 @@ bool DrawPictures(const PictureArguments& arguments, Session& session, PointList
   OffscreenControl::Made made = OffscreenControl::Make(wish);
   if (!made.control) return refuse(made.message);
   OffscreenControl& control = *made.control;
-  control.LogTo([&](const std::string& message) { dialogs.Log(message); });
+  control.LogTo([&](const std::string& message) { dialogs.Tell(message, "Picture", Icon::Warning); });
   ClassGl scene(control, lists, view, session.run().prompt, session.clock());
   control.Attach(scene);
   control.Paint(scene);  // takes the plot in and sets the first view

@@ -9,6 +9,7 @@
 #include "geometry/placement.h"
 #include "geometry/round_primitives.h"
 #include "geometry/screened_cylinders.h"
+#include "numerics/progress_pace.h"
 
 namespace orv {
 namespace {
@@ -176,7 +177,11 @@ void a_SpaceApplicationGeometry(const GeometryInput& input, std::vector<std::str
   }
   state.LocalCellTable.Clear();
   state.Rect2SidesLocalTable.Clear();
-  for (int k = 1; k <= input.NumberOfPrimitives; ++k) BuildPrimitive(call, k, false);
+  ProgressPace progress(call.prompt.dialogs());
+  for (int k = 1; k <= input.NumberOfPrimitives; ++k) {
+    progress("geometry", static_cast<double>(k - 1) / input.NumberOfPrimitives);
+    BuildPrimitive(call, k, false);
+  }
   for (int k = 1; k <= input.NumberOfPrimitives; ++k) PlaceStrips(call, k);
   cells.numberPrimWithVolumic = input.NumberOfPrimitives + state.VolumicSlices - 1;
 }

@@ -9,11 +9,13 @@
 
 #include "geometry/quantities.h"
 #include "geometry/ray_index.h"
+#include "numerics/progress_pace.h"
 
 namespace orv {
 namespace {
 
 constexpr std::size_t kChunkCells = 1024;
+constexpr std::size_t kChunksAtOnce = 64;  // between two reports of progress
 constexpr std::size_t kSampleStride = 23;
 
 // What the choice between the hits of a ray needs to know of a strip.
@@ -99,8 +101,9 @@ class SearchCache {
 // cells to choose as a search from strip to strip would.
 class RayTracing {
  public:
-  RayTracing(Cells& cells, const RayTracingInput& input, RayTracingReport& report, FailureBlock& block)
-      : cells_(cells), input_(input), report_(report), block_(block) {}
+  RayTracing(Cells& cells, const RayTracingInput& input, RayTracingReport& report, FailureBlock& block,
+             UserDialogs& dialogs)
+      : cells_(cells), input_(input), report_(report), block_(block), progress_(dialogs) {}
 
   // Every cell of the range, the thruster's own included, is free.
   void MarkAllFree();
@@ -124,6 +127,7 @@ class RayTracing {
   const RayTracingInput& input_;
   RayTracingReport& report_;
   FailureBlock& block_;
+  ProgressPace progress_;
   Sight origin_;
   std::vector<TestedCells> tested_;
   std::vector<SightStrip> strips_;
@@ -292,19 +296,28 @@ void RayTracing::Trace(const RayIndex& index) {
   std::vector<ChunkResult> results(4 * static_cast<std::size_t>(tbb::this_task_arena::max_concurrency()));
   const auto resultOf = [&results](std::size_t chunk) -> ChunkResult& { return results[chunk % results.size()]; };
   std::size_t next = 0;
+  std::size_t end = 0;
   const auto take = [&](tbb::flow_control& flow) {
-    if (next == chunks.size()) flow.stop();
-    return next++;
+    if (next < end) return next++;
+    flow.stop();
+    return next;
   };
   const auto find = [&](std::size_t chunk) {
     FindHits(chunks[chunk], index, resultOf(chunk));
     return chunk;
   };
   const auto choose = [&](std::size_t chunk) { ChooseHits(chunks[chunk], resultOf(chunk)); };
-  tbb::parallel_pipeline(results.size(),
-                         tbb::make_filter<void, std::size_t>(tbb::filter_mode::serial_in_order, take) &
-                             tbb::make_filter<std::size_t, std::size_t>(tbb::filter_mode::parallel, find) &
-                             tbb::make_filter<std::size_t, void>(tbb::filter_mode::serial_in_order, choose));
+  while (next < chunks.size()) {
+    // A step of a turn tells of its turn.
+    if (input_.OnlyPrimitive == 0) {
+      progress_("ray tracing", static_cast<double>(next) / static_cast<double>(chunks.size()));
+    }
+    end = std::min(next + kChunksAtOnce, chunks.size());
+    tbb::parallel_pipeline(results.size(),
+                           tbb::make_filter<void, std::size_t>(tbb::filter_mode::serial_in_order, take) &
+                               tbb::make_filter<std::size_t, std::size_t>(tbb::filter_mode::parallel, find) &
+                               tbb::make_filter<std::size_t, void>(tbb::filter_mode::serial_in_order, choose));
+  }
 }
 
 void RayTracing::Compute(RayTracingState& state) {
@@ -367,7 +380,7 @@ std::vector<int> PrimitiveOrder(std::span<const double> strips) {
 void a_SpaceApplicationRayTrac(Cells& cells, const RayTracingInput& input, RayTracingState& state,
                                RayTracingReport& report, ErrorPrompt& prompt) {
   FailureBlock block(prompt, FailureLabels::Of("a_SpaceApplicationRayTrac"));
-  RayTracing tracing(cells, input, report, block);
+  RayTracing tracing(cells, input, report, block, prompt.dialogs());
   if (input.NotHidden == 0) report.ShadowStatusText = " Process: With shadow";
   if (input.NotHidden == 1) {
     tracing.MarkAllFree();

@@ -7,6 +7,7 @@
 #include "geometry/quantities.h"
 #include "numerics/angles.h"
 #include "numerics/number_format.h"
+#include "numerics/progress_pace.h"
 #include "plume/heat_flux_cell.h"
 #include "plume/rotation_step.h"
 #include "plume/surface_cells.h"
@@ -24,13 +25,14 @@ class HeatFlux {
         data_(context.cells.CellData),
         block_(context.prompt(),
                {"Error fautea_SpaceApplicationEffectHEATFLUX ", "Error fautea_SpaceApplicationEffectHEATFLUX"}),
+        progress_(context.dialogs()),
         pass_(context) {}
 
   void Execute() {
     const int last = context_.cells.numberPrimWithVolumic;
     for (int p = 1; p <= last; ++p) {
       if (p == context_.thruster.ThrusterPrimitive) continue;
-      context_.dialogs().Progress("heat flux", static_cast<double>(p - 1) / last);
+      Begin("heat flux", static_cast<double>(p - 1) / last, 1.0 / last);
       block_([&] { Clear(p, false); });
       if (Turns(p)) {
         block_([&] { Turn(p); });
@@ -41,6 +43,14 @@ class HeatFlux {
   }
 
  private:
+  // A part of the work: what is done before it and how much it is of the whole.
+  void Begin(const std::string& phase, double done, double part) {
+    phase_ = phase;
+    done_ = done;
+    part_ = part;
+    progress_(phase_, done_);
+  }
+
   // Plots of the extremes keep the rotating primitive but do not turn it.
   bool Turns(int p) const {
     const double plot = context_.IndexPlot;
@@ -74,8 +84,8 @@ class HeatFlux {
     int s = 0;
     for (double angle = from; goesOn(angle); angle += step) {
       ++s;
-      context_.dialogs().Progress("heat flux, turn of " + context_.PrimitiveNames[static_cast<std::size_t>(p)],
-                                  (angle - from) / (to - from));
+      Begin("heat flux, turn of " + context_.PrimitiveNames[static_cast<std::size_t>(p)], (angle - from) / (to - from),
+            std::min(step / (to - from), (to - angle) / (to - from)));
       block_([&] { sums(s, 0) = angle; });
       Clear(p, true);
       CheckTableAngle(s, angle);
@@ -127,7 +137,7 @@ class HeatFlux {
 
   void OnePrimitive(int p) {
     block_([&] { pass_.ReadMaterials(p); });
-    pass_.AllCells(p);
+    pass_.AllCells(p, [this](double share) { progress_(phase_, done_ + part_ * share); });
     int hotI = 0;
     int hotJ = 0;
     FindHottest(p, hotI, hotJ);
@@ -178,7 +188,11 @@ class HeatFlux {
   EffectContext& context_;
   CellBlock& data_;
   FailureBlock block_;
+  ProgressPace progress_;
   HeatFluxPass pass_;
+  std::string phase_;
+  double done_ = 0;
+  double part_ = 0;
 };
 
 }  // namespace

@@ -90,13 +90,14 @@ bool HeatFluxPass::TypeIsKnown(int p) {
   return false;
 }
 
-void HeatFluxPass::AllCells(int p) {
+void HeatFluxPass::AllCells(int p, const std::function<void(double)>& told) {
   const double typeCode = data_(p, 0, 0, 10);
   TypeIsKnown(p);
   const int n = std::min(LastRowOfEffects(typeCode, context_.cells.CountI(p)), data_.cellsI());
   const int NJ = context_.cells.CountJ(p);
   const int m = std::min(NJ, data_.cellsJ());
   for (int i = 1; i <= n; ++i) {
+    told(static_cast<double>(i - 1) / n);
     for (int j = 1; j <= m; ++j) OfCell(p, i, j, typeCode, NJ);
   }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "numerics/vectors.h"
@@ -24,8 +25,8 @@ class HeatFluxPass {
   // before.
   void ReadMaterials(int p);
 
-  // Adds up quantities 22 to 81 of all cells of a primitive that the plume reaches.
-  void AllCells(int p);
+  // Adds up quantities 22 to 81 of all cells of a primitive that the plume reaches. Calls told(share) before each row.
+  void AllCells(int p, const std::function<void(double)>& told);
   // The same for one cell.
   void SingleCell(int p, int i, int j);
 

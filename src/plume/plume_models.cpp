@@ -8,6 +8,7 @@
 #include "model/cell_table.h"
 #include "numerics/angles.h"
 #include "numerics/number_format.h"
+#include "numerics/progress_pace.h"
 
 namespace orv {
 namespace {
@@ -105,10 +106,13 @@ class Plume {
     return angle;
   }
 
-  void OfPrimitive(int p) {
+  // Calls told(share) before each row of cells.
+  template <class Told>
+  void OfPrimitive(int p, Told&& told) {
     const int n = static_cast<int>(Cells::LoopCount(data_(p, 0, 0, 1)));
     const int m = static_cast<int>(Cells::LoopCount(data_(p, 0, 0, 2)));
     for (int i = 1; i <= n; ++i) {
+      told(static_cast<double>(i - 1) / n);
       for (int j = 1; j <= m; ++j) OfCell(p, i, j);
     }
   }
@@ -305,8 +309,13 @@ void aSpaceApplicationThrusterPLUME(Cells& cells, const ThrusterVector& Thruster
   }
   const int first = input.OnePrimitive != 0 ? input.OnePrimitive : 1;
   const int last = input.OnePrimitive != 0 ? input.OnePrimitive : input.numberPrimWithVolumic;
+  ProgressPace progress(prompt.dialogs());
   for (int p = first; p <= last; ++p) {
-    if (p != input.ThrusterPrimitive) plume.OfPrimitive(p);
+    if (p == input.ThrusterPrimitive) continue;
+    plume.OfPrimitive(p, [&](double share) {
+      // A step of a turn tells of its turn.
+      if (input.OnePrimitive == 0) progress("plume", (p - first + share) / (last - first + 1));
+    });
   }
 }
 

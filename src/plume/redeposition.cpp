@@ -13,7 +13,9 @@
 namespace orv {
 namespace {
 
-constexpr double kPairsAtOnce = 1e7;  // some ten milliseconds of work
+constexpr double kPairsAtOnce = 4e6;  // some milliseconds of work
+constexpr double kLeastTargetsAtOnce = 512;
+constexpr auto kMostSourcesAtOnce = static_cast<std::size_t>(kPairsAtOnce / kLeastTargetsAtOnce);
 constexpr int kMinimum = 1;
 constexpr int kMaximum = 2;
 
@@ -60,8 +62,9 @@ void Redeposition::FromPrimitive(int source, int step, const ErosionSpeeds& eros
   if (materials.two()) FindSlot(materials.secondName, "Problem in ImRedep2  see hallam", secondSlot_);
   const std::vector<Emission> emissions = EmissionsOf(source, erosion, materials);
   if (emissions.empty()) return;
-  CollectParts(source, step);
   const std::string phase = "redeposition from " + context_.PrimitiveNames[static_cast<std::size_t>(source)];
+  progress_(phase, 0);
+  CollectParts(source, step);
   for (const Emission& emission : emissions) Receive(emission, phase);
 }
 
@@ -211,6 +214,7 @@ void Redeposition::SetPlace(std::size_t cell, const Receiver& r) {
 void Redeposition::Receive(const Emission& emission, const std::string& phase) {
   LoadSums(emission.slot);
   AddUp(emission.sources, phase);
+  progress_(phase, 1);
   StoreSums(emission.slot);
   UpdateExtrema(emission.slot);
 }
@@ -224,6 +228,7 @@ void Redeposition::AddUp(const std::vector<RedepositionSource>& sources, const s
     const double share = static_cast<double>(end - begin) / all;
     AddRegular({begin, end}, done, share, phase);
     if (end == sources.end()) break;
+    progress_(phase, done + share);
     for (std::size_t cell = 0; cell < targets_.size(); ++cell) {
       AddByStatement(*end,
                      {targets_.x[cell], targets_.y[cell], targets_.z[cell], targets_.nx[cell], targets_.ny[cell],
@@ -233,6 +238,7 @@ void Redeposition::AddUp(const std::vector<RedepositionSource>& sources, const s
     begin = end + 1;
   }
   for (const IrregularTarget& target : irregular_) {
+    progress_(phase, 1);
     for (const RedepositionSource& source : sources) AddByStatement(source, target.receiver, target.cell);
   }
 }
@@ -241,10 +247,15 @@ void Redeposition::AddRegular(std::span<const RedepositionSource> sources, doubl
                               const std::string& phase) {
   if (sources.empty()) return;
   const auto atOnce =
-      static_cast<std::size_t>(std::max(1024.0, kPairsAtOnce / static_cast<double>(sources.size()))) / 8 * 8;
+      static_cast<std::size_t>(std::max(kLeastTargetsAtOnce, kPairsAtOnce / static_cast<double>(sources.size()))) / 8 *
+      8;
   for (std::size_t first = 0; first < targets_.size(); first += atOnce) {
-    progress_(phase, done + share * static_cast<double>(first) / static_cast<double>(targets_.size()));
-    AddRedeposition(sources, targets_, first, std::min(first + atOnce, targets_.size()));
+    const std::size_t last = std::min(first + atOnce, targets_.size());
+    for (std::size_t from = 0; from < sources.size(); from += kMostSourcesAtOnce) {
+      progress_(phase, done + share * static_cast<double>(first) / static_cast<double>(targets_.size()));
+      const std::size_t count = std::min(kMostSourcesAtOnce, sources.size() - from);
+      AddRedeposition(sources.subspan(from, count), targets_, first, last);
+    }
   }
 }
 

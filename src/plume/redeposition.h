@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "numerics/progress_pace.h"
 #include "plume/effect_context.h"
-#include "plume/progress_pace.h"
 #include "plume/redeposition_kernel.h"
 #include "plume/sputter_material.h"
 

@@ -5,6 +5,7 @@
 
 #include "geometry/quantities.h"
 #include "numerics/angles.h"
+#include "numerics/progress_pace.h"
 
 namespace orv {
 namespace {
@@ -23,11 +24,14 @@ class AnglesOfCells {
         prompt_(prompt),
         block_(prompt, {"Error fautea_SpaceApplicationAnglesThrusters ", "Error aSpaceApplicationAnglesThrusters"}) {}
 
-  void OfPrimitive(int k) {
+  // Calls told(share) before each row of cells.
+  template <class Told>
+  void OfPrimitive(int k, Told&& told) {
     if (k == input_.ThrusterPrimitive) return;
     const int n = cells_.CountI(k);
     const int m = cells_.CountJ(k);
     for (int i = 1; i <= n; ++i) {
+      told(static_cast<double>(i - 1) / n);
       for (int j = 1; j <= m; ++j) {
         OfCell(k, i, j);
         for (int corner = 1; corner <= 4; ++corner) OfCorner(k, i, j, corner);
@@ -130,7 +134,13 @@ void aSpaceApplicationAnglesThrusters(Cells& cells, const ThrusterFrame& frame, 
   }
   const int first = input.OnePrimitive != 0 ? input.OnePrimitive : 1;
   const int last = input.OnePrimitive != 0 ? input.OnePrimitive : input.numberPrimWithVolumic;
-  for (int k = first; k <= last; ++k) angles.OfPrimitive(k);
+  ProgressPace progress(prompt.dialogs());
+  for (int k = first; k <= last; ++k) {
+    angles.OfPrimitive(k, [&](double share) {
+      // A step of a turn tells of its turn.
+      if (input.OnePrimitive == 0) progress("angles", (k - first + share) / (last - first + 1));
+    });
+  }
   for (int k = 1; k <= input.NumberOfPrimitives; ++k) angles.GatherOutline(k);
 }
 

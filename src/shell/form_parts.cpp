@@ -16,6 +16,14 @@ QString ShownText(const std::string& text) {
   return shown;
 }
 
+void ShowTip(QWidget& widget, const std::string& tip) {
+  const QString text = QString::fromStdString(tip);
+  const QString shown = tip.empty() ? QString() : "<qt>" + text.toHtmlEscaped() + "</qt>";
+  if (widget.toolTip() == shown) return;
+  widget.setToolTip(shown);
+  widget.setAccessibleDescription(text);
+}
+
 void SetUp(QWidget& widget, const QString& name, const std::string& tip, const std::string& caption) {
   widget.setObjectName(name);
   const QString tipText = QString::fromStdString(tip);
@@ -76,6 +84,7 @@ QScrollBar* MakeScroll(QWidget* parent, const QString& name, int least, int most
   bar->setPageStep(std::max(1, (most - least) / 20));
   bar->setValue(value);
   bar->setFocusPolicy(Qt::StrongFocus);
+  bar->setInvertedControls(false);  // the arrow to the right counts up
   return bar;
 }
 

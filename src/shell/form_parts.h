@@ -18,6 +18,9 @@ QString ArrayName(const std::string& name, int index);
 // Line ends of message texts as Qt shows them.
 QString ShownText(const std::string& text);
 
+// The tip of a widget, wrapped where it is long; nothing happens when it has that tip already.
+void ShowTip(QWidget& widget, const std::string& tip);
+
 // Gives a widget its name, its tip and what a screen reader says: the caption, else the tip, else the name.
 void SetUp(QWidget& widget, const QString& name, const std::string& tip = {}, const std::string& caption = {});
 

@@ -21,6 +21,7 @@
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
+#include <QToolTip>
 
 #include "numerics/paths.h"
 #include "shell/form_parts.h"
@@ -84,6 +85,7 @@ frmMain::frmMain(const WindowServices& services, QWidget* parent)
   input_.reset(new ViewInput(*scene_, this));
   input_->SetEditState(kPanState);
   controls_ = std::make_unique<PlotControls>(*scene_, main_);
+  controls_->Start();
   replot_ = std::make_unique<Replot>(run_, view_, selection_, *controls_, main_);
   movie_ = std::make_unique<Movie>(
       run_.clock, [this](const std::string& name, const std::string& folder) { return SavePicture(name, folder); });
@@ -105,8 +107,15 @@ frmMain::frmMain(const WindowServices& services, QWidget* parent)
   connect(&services_.dialogs, &QtDialogs::Logged, this, [this](const QString& text) {
     Text12_->setText(text.simplified());
     Text12_->setCursorPosition(0);
+    if (services_.warning.State() != "Shown") Text12_->show();
   });
-  connect(&timer_, &QTimer::timeout, this, [this] { Do([this] { Tick(); }); });
+  connect(&timer_, &QTimer::timeout, this, [this] {
+    // A box that a tick has opened lets further ticks come.
+    if (ticking_) return;
+    ticking_ = true;
+    Do([this] { Tick(); });
+    ticking_ = false;
+  });
   View().SetEvents(scene_.get());
   View().SetListener(this);
   resize(1180, 860);
@@ -128,7 +137,6 @@ void frmMain::BuildCentre() {
   columns->addLayout(left, 1);
   place_ = new GlxPlace(centre);
   View().setObjectName("glxCtl1");
-  View().setAccessibleName("glxCtl1");
   left->addWidget(place_, 1);
 
   auto* const bars = new QGridLayout;
@@ -178,6 +186,7 @@ void frmMain::BuildCentre() {
   connect(Command8_, &QPushButton::clicked, this, [this] { Do([this] { controls_->ClickCommand8(); }); });
   connect(Command9_, &QPushButton::clicked, this, [this] { Do([this] { controls_->ClickCommand9(); }); });
   connect(Command6_, &QPushButton::clicked, this, [this] {
+    if (BusyTold()) return;
     source_.ChooseDemo();
     UpdateExcel();
   });
@@ -204,8 +213,9 @@ void frmMain::BuildStatusBar() {
   Text12_->setReadOnly(true);
   Text12_->setPlaceholderText(QString::fromUtf8(MainControl("Text12").caption.data()));
   Text12_->setMaximumWidth(320);
+  Text12_->hide();
   ProgressBar1_ = new QProgressBar(this);
-  SetUp(*ProgressBar1_, "ProgressBar1");
+  SetUp(*ProgressBar1_, "ProgressBar1", "", "Progress");
   ProgressBar1_->setRange(30, 100);
   ProgressBar1_->setMaximumWidth(160);
   ProgressBar1_->hide();
@@ -225,6 +235,7 @@ void frmMain::BuildStatusBar() {
   Frame1_->setWindowTitle(QString::fromUtf8(MainControl("Frame1").caption.data()));
   auto* const layout = new QVBoxLayout(Frame1_);
   Text1_ = MakeEdit(Frame1_, "Text1");
+  Text1_->setAccessibleName("Command line");
   Text1_->setReadOnly(true);
   Text1_->setMinimumWidth(600);
   layout->addWidget(Text1_);
@@ -272,11 +283,12 @@ void frmMain::FillRecent() {
 void frmMain::BuildToolbar() {
   QToolBar* const bar = addToolBar("Toolbar1");
   bar->setObjectName("Toolbar1");
+  bar->setContextMenuPolicy(Qt::PreventContextMenu);
   for (const ToolEntry& tool : kTools) {
     if (!tool.button) continue;
     auto* const button = new QToolButton(bar);
     const std::string key(tool.key);
-    SetUp(*button, QString::fromStdString(key), std::string(tool.tip), key);
+    SetUp(*button, QString::fromStdString(key), std::string(tool.tip), std::string(tool.tip));
     button->setIcon(ToolIcon(key));
     button->setCheckable(tool.EditState != kNoState && tool.EditState <= 12);
     button->setFocusPolicy(Qt::TabFocus);
@@ -297,13 +309,32 @@ void frmMain::showEvent(QShowEvent* event) {
 void frmMain::Start() {
   const std::string layout = services_.settings.Read(kLayoutSection, kLayoutKey, "");
   if (!layout.empty()) restoreState(QByteArray::fromBase64(QByteArray::fromStdString(layout)));
+  AskInteractive();
   specifications_.Combo1_InitList(kRememberedSpecifications);
+  FillSpecifications();
+  timer_.start(kTickMs);
+  const QToolButton* const image = tools_.at("imagespot");
+  QToolTip::showText(image->mapToGlobal(QPoint(0, image->height())), image->toolTip());
+  if (source_.Source() != PlotSource::Demo) UpdateExcel();
+}
+
+// Interactivity that was stored is confirmed at the start, or switched off.
+void frmMain::AskInteractive() {
+  if (!options_.InteractiveMark()) return;
+  const Answer answer = services_.dialogs.Ask(
+      "The current setting is Interactive with Excel. \nIt is recommanded to save your Excel work now. \n"
+      "Else click on Cancel to disable the Interactivity.\n\n"
+      "Do you want to continue with the Interactivity with Excel ? ",
+      "Warning", Buttons::OkCancel, Icon::Warning);
+  if (answer != Answer::Cancel) return;
+  options_.ForbidInteractive();
+  optionsFrame_->Refresh();
+}
+
+void frmMain::FillSpecifications() {
   Combo1_->clear();
   for (const std::string& text : specifications_.Items()) Combo1_->addItem(QString::fromStdString(text));
   Combo1_->setCurrentIndex(specifications_.Current());
-  controls_->Start();
-  timer_.start(kTickMs);
-  if (source_.Source() != PlotSource::Demo) UpdateExcel();
 }
 
 void frmMain::Refresh() {
@@ -318,18 +349,30 @@ void frmMain::Refresh() {
   refreshing_ = false;
   movieFields_.Text3 = main_.text3;
   movieFields_.Text10 = main_.text10;
+  movieFields_.Text3Tip = MainControl("HScroll1").tip;
+  movieFields_.Text10Tip = MainControl("HScroll4").tip;
   if (movie_) movie_->ShowTexts(movieFields_);
   Text2_->setText(QString::fromStdString(main_.text2));
   Text3_->setText(QString::fromStdString(movieFields_.Text3));
   Text10_->setText(QString::fromStdString(movieFields_.Text10));
   Command7_->setText(QString::fromStdString(main_.command7Caption));
-  Command7_->setToolTip(QString::fromStdString(main_.command7Tip));
-  Command8_->setToolTip(QString::fromStdString(main_.command8Tip));
+  ShowTip(*Text3_, movieFields_.Text3Tip);
+  ShowTip(*Text10_, movieFields_.Text10Tip);
+  ShowTip(*Text2_, std::string(MainControl("HScroll2").tip));
+  ShowTip(*Command7_, main_.command7Tip);
+  ShowTip(*Command8_, main_.command8Tip);
   Command8_->setEnabled(main_.command8Enabled);
   panel_->setText(QString::fromStdString(main_.panel));
-  panel_->setAccessibleName(panel_->text());
-  panel_->setToolTip(QString::fromStdString(main_.panelTip));
-  ProgressBar1_->setVisible(busy_ > 0);
+  if (panel_->accessibleName() != panel_->text()) panel_->setAccessibleName(panel_->text());
+  ShowTip(*panel_, main_.panelTip);
+  if (busy_ == 0) ProgressBar1_->hide();
+  for (const char* const name : {"mnuFOpen", "mnuFRecent", "mnuUpdateExcel", "mnuFPrint"}) {
+    menuActions_.at(name)->setEnabled(busy_ == 0);
+  }
+  for (QWidget* widget :
+       {static_cast<QWidget*>(Combo1_), static_cast<QWidget*>(Command6_), static_cast<QWidget*>(Command9_)}) {
+    widget->setEnabled(busy_ == 0);
+  }
   for (const auto& [name, action] : menuActions_) {
     if (name == "mnuOinteractive") action->setChecked(options_.InteractiveMark());
     if (name == "mnuVGrids") action->setChecked(view_.grid);
@@ -354,15 +397,25 @@ void frmMain::closeEvent(QCloseEvent* event) {
     return;
   }
   timer_.stop();
+  SaveLayout();
+  services_.warning.close();
+  QMainWindow::closeEvent(event);
+  QCoreApplication::quit();
+}
+
+void frmMain::SaveLayout() {
   try {
     services_.settings.Write(kLayoutSection, kLayoutKey, saveState().toBase64().toStdString());
     services_.settings.Write(kLayoutSection, kGeometryKey, saveGeometry().toBase64().toStdString());
   } catch (const RuntimeFailure&) {
     // The layout is no reason to keep the window open.
   }
-  services_.warning.close();
-  QMainWindow::closeEvent(event);
-  QCoreApplication::quit();
+}
+
+void frmMain::changeEvent(QEvent* event) {
+  // A key that is let go in another window is never told here.
+  if (event->type() == QEvent::ActivationChange && !isActiveWindow()) heldKey_ = 0;
+  QMainWindow::changeEvent(event);
 }
 
 void frmMain::dragEnterEvent(QDragEnterEvent* event) {

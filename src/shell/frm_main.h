@@ -66,6 +66,7 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow {
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
@@ -77,10 +78,15 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow {
   void BuildCentre();
   void BuildStatusBar();
   void FillRecent();
+  void FillSpecifications();
+  void AskInteractive();
+  void SaveLayout();
   void Start();
 
   // Actions.
   void Do(const std::function<void()>& action);
+  void TellFault(const std::string& text);
+  bool BusyTold();
   void DoMenu(MenuAction action);
   void DoTool(const std::string& key);
   void DoReplot(ReplotAction action);
@@ -167,6 +173,8 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow {
   bool refreshing_ = false;
   bool started_ = false;
   bool closing_ = false;
+  bool ending_ = false;  // an abort answer was given
+  bool ticking_ = false;
 };
 
 }  // namespace orv

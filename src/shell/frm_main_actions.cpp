@@ -1,3 +1,6 @@
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QApplication>
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -19,6 +22,7 @@
 
 #include "analysis/cell_address.h"
 #include "numerics/paths.h"
+#include "numerics/text.h"
 #include "shell/form_parts.h"
 #include "shell/frm_main.h"
 #include "shell/frm_warning.h"
@@ -56,52 +60,78 @@ void frmMain::Do(const std::function<void()>& action) {
     ProgramEnded();
     return;
   } catch (const RuntimeFailure& failure) {
-    services_.dialogs.Tell(failure.description(), "OrvValis", Icon::Critical);
+    TellFault(failure.description());
   } catch (const std::bad_alloc&) {
-    services_.dialogs.Tell("The memory of this machine does not hold this.", "OrvValis", Icon::Critical);
+    TellFault("The memory of this machine does not hold this.");
+  } catch (const std::exception& error) {
+    TellFault(error.what());
   }
-  if (scene_ != nullptr && replot_ != nullptr && panel_ != nullptr && video_ != nullptr) Refresh();
+  if (!ending_ && scene_ != nullptr && replot_ != nullptr && panel_ != nullptr && video_ != nullptr) Refresh();
 }
 
+void frmMain::TellFault(const std::string& text) {
+  try {
+    services_.dialogs.Tell(text, "OrvValis", Icon::Critical);
+  } catch (const ProgramEnd&) {
+    ProgramEnded();
+  }
+}
+
+// A run that is under way unwinds at its next word to the user.
 void frmMain::ProgramEnded() {
+  if (ending_) return;
+  ending_ = true;
   timer_.stop();
-  busy_ = 0;
+  if (busy_ > 0) services_.dialogs.RequestEnd();
+  SaveLayout();
   services_.warning.close();
   hide();
   QCoreApplication::exit(closing_ ? 0 : 1);
 }
 
+// Whether a run keeps another action out; the user is told.
+bool frmMain::BusyTold() {
+  if (busy_ == 0 && !replot_->Busy()) return false;
+  pickPanel_->setText("A run is going on.");
+  return true;
+}
+
 void frmMain::RunNow(const std::function<bool()>& work) {
-  ++busy_;
-  View().Control().Cursor(kBusyCursor);
-  bool shown = false;
-  try {
-    shown = work();
-  } catch (...) {
-    --busy_;
-    throw;
+  // What a run leaves behind, however it ends.
+  struct Guard {
+    explicit Guard(frmMain& main) : window(main) {
+      ++window.busy_;
+      window.View().Control().Cursor(kBusyCursor);
+      window.Refresh();
+    }
+    ~Guard() {
+      --window.busy_;
+      window.input_->SetEditState(window.input_->EditState());
+      window.ProgressBar1_->hide();
+      window.pickPanel_->clear();
+      window.replot_->Ended(shown);
+    }
+    frmMain& window;
+    bool shown = false;
+  };
+  {
+    Guard guard(*this);
+    guard.shown = work();
   }
-  --busy_;
-  View().Control().Cursor(kNormalCursor);
-  ProgressBar1_->hide();
-  pickPanel_->clear();
-  replot_->Ended(shown);
-  if (!source_.File().empty()) {
-    setWindowTitle("OrvValis - " + QFileInfo(QString::fromStdString(source_.File())).fileName());
-  }
+  setWindowTitle(source_.File().empty() ? QString("OrvValis")
+                                        : "OrvValis - " + QFileInfo(QString::fromStdString(source_.File())).fileName());
   View().Control().Redraw();
+  if (closing_) QTimer::singleShot(0, this, [this] { close(); });
 }
 
 void frmMain::OpenFile(const std::string& name, bool asArgument) {
+  if (BusyTold()) return;
+  const std::string fullName = QFileInfo(QString::fromStdString(name)).absoluteFilePath().toStdString();
   Do([&] {
-    source_.Choose(name);
-    if (source_.Source() == PlotSource::Workbook) {
-      RememberWorkbook(services_.settings, run_.prompt,
-                       QFileInfo(QString::fromStdString(name)).absoluteFilePath().toStdString());
-    } else if (asArgument) {
-      source_.SetFileMode();
-      for (const std::string_view menu : kMenusHiddenInFileMode) menuActions_.at(std::string(menu))->setVisible(false);
-    }
+    source_.Choose(fullName);
+    if (source_.Source() == PlotSource::Workbook || !asArgument) return;
+    source_.SetFileMode();
+    for (const std::string_view menu : kMenusHiddenInFileMode) menuActions_.at(std::string(menu))->setVisible(false);
   });
   if (started_) UpdateExcel();
 }
@@ -110,7 +140,15 @@ void frmMain::UpdateExcel() {
   Do([this] {
     if (replot_->Busy()) return;
     replot_->PrepareUpdate();
-    if (replot_->Begin()) RunNow([this] { return source_.CommExcelRun(); });
+    if (!replot_->Begin()) return;
+    RunNow([this] { return source_.CommExcelRun(); });
+    if (source_.Source() != PlotSource::Workbook) return;
+    // Only a workbook that could be read is one to come back to.
+    if (source_.WorkbookRead() == source_.File()) {
+      RememberWorkbook(services_.settings, run_.prompt, source_.File());
+    } else {
+      ForgetWorkbook(services_.settings, run_.prompt, source_.File());
+    }
   });
 }
 
@@ -138,9 +176,11 @@ void frmMain::ClickStatus(const ClickKeys& keys) {
 }
 
 void frmMain::EnterSpecification() {
+  if (BusyTold()) return;
   const std::string text = Combo1_->currentText().toStdString();
   specifications_.Enter(text);
-  if (text == "demo") source_.ChooseDemo();
+  FillSpecifications();
+  if (LowerCase(Trim(text)) == "demo") source_.ChooseDemo();
   UpdateExcel();
 }
 
@@ -174,7 +214,6 @@ void frmMain::LookFrom(const Vec3& position, const Vec3& up) {
   camera.SetLookAt({0, 0, 0});
   camera.SetPosition(position);
   camera.SetUp(up);
-  camera.SetProjection(kOrthographic);
   View().Control().Trackball().Clear();
   View().Control().Redraw();
 }
@@ -220,6 +259,7 @@ void frmMain::DoMenu(MenuAction action) {
       break;
     case MenuAction::ResetCamera:
       LookFrom({scene_->Scale().Scale80, scene_->Scale().Scale80, scene_->Scale().Scale80}, {0, 1, 0});
+      camera.SetProjection(kOrthographic);
       camera.SetSceneRange(scene_->RRMAXAXES() == 0 ? scene_->Scale().Scale80 : scene_->RRMAXAXES());
       break;
     case MenuAction::Perspective:
@@ -293,6 +333,10 @@ void frmMain::DoTool(const std::string& key) {
       break;
   }
   if (click.EditStateAfter != kNoState) input_->SetEditState(click.EditStateAfter);
+  if (key == "lightback") {
+    options_.OptionAffecteUser();
+    optionsFrame_->Refresh();
+  }
   View().Control().Redraw();
 }
 
@@ -330,9 +374,11 @@ void frmMain::ToggleMovie() {
 }
 
 void frmMain::RunPowerPoint() {
-  const std::string source = source_.Source() == PlotSource::PlotFile ? source_.File() : std::string();
+  // The text file that was read or written last.
+  std::string source = source_.LastTextFile();
+  if (source_.Source() == PlotSource::Workbook) source = run_.record.TraceFile;
   if (source.empty()) {
-    services_.dialogs.Tell("There is no plot file to copy.", "To run in PowerPoint");
+    services_.dialogs.Tell("There is no text file to copy.", "To run in PowerPoint");
     return;
   }
   const std::string copy = services_.dataFolder + PowerPointFileName(run_.clock.Local());
@@ -368,7 +414,9 @@ void frmMain::Print() {
 
 void frmMain::OpenResultFolder() {
   const std::string folder = run_.model.WorkbookFolder.empty() ? services_.dataFolder : run_.model.WorkbookFolder;
-  QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(folder)));
+  if (!QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(folder)))) {
+    services_.dialogs.Tell("No file manager opens \"" + folder + "\".", "Folder");
+  }
 }
 
 void frmMain::OpenManual() {
@@ -376,7 +424,9 @@ void frmMain::OpenManual() {
   for (const char* const up : {"/../share/doc/orvvalis/", "/../../", "/../", "/"}) {
     const QFileInfo manual(program.absolutePath() + up + kManual);
     if (!manual.exists()) continue;
-    QDesktopServices::openUrl(QUrl::fromLocalFile(manual.absoluteFilePath()));
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(manual.absoluteFilePath()))) {
+      services_.dialogs.Tell("No program opens the manual, " + manual.absoluteFilePath().toStdString() + ".", "Manual");
+    }
     return;
   }
   services_.dialogs.Tell("The manual is not beside the program.", "Manual");
@@ -393,6 +443,7 @@ void frmMain::Tick() {
 }
 
 void frmMain::ShowPick(double x, double y) {
+  if (busy_ > 0) return;  // the cells are being made
   const auto picked = PickCell(*scene_, x, y);
   const CellAddress address = picked ? AddressOfEntry(run_, picked->entry) : CellAddress{};
   pickPanel_->setText(QString::fromStdString(address.StatusText()));
@@ -418,7 +469,7 @@ void frmMain::MouseUp(int Button, int Shift, double x, double y) {
 
 void frmMain::DblClick(int Button, int, double, double) {
   Do([&] {
-    toolbar_.ToggleTrackball();
+    if (Button == kLeftButton) toolbar_.ToggleTrackball();
     input_->DblClick(Button);
   });
 }
@@ -444,10 +495,25 @@ void frmMain::KeyPress(int& KeyAscii) {
 }
 
 void frmMain::keyPressEvent(QKeyEvent* event) {
+  // Keys belong to a field or a bar that has the focus; Enter in the options still closes them.
+  QWidget* const focus = QApplication::focusWidget();
+  const bool field = qobject_cast<QLineEdit*>(focus) != nullptr || qobject_cast<QComboBox*>(focus) != nullptr ||
+                     qobject_cast<QAbstractSlider*>(focus) != nullptr ||
+                     qobject_cast<QAbstractSpinBox*>(focus) != nullptr;
   int KeyCode = KeyCodeOf(*event);
+  const bool closesOptions = KeyCode == 13 && optionsFrame_->isAncestorOf(focus);
+  if (field && !closesOptions) {
+    QMainWindow::keyPressEvent(event);
+    return;
+  }
   heldKey_ = KeyCode;
   const int before = KeyCode;
-  Do([&] { input_->FormKeyDown(KeyCode, ShiftOf(event->modifiers()), optionsFrame_->isVisible()); });
+  Do([&] {
+    input_->FormKeyDown(KeyCode, ShiftOf(event->modifiers()), optionsFrame_->isVisible());
+    if (KeyCode != 0) input_->KeyDown(KeyCode, ShiftOf(event->modifiers()));
+    int KeyAscii = event->text().isEmpty() ? 0 : event->text().front().unicode();
+    if (KeyCode != 0 && KeyAscii != 0) input_->KeyPress(KeyAscii);
+  });
   if (before == 0 || KeyCode == before) QMainWindow::keyPressEvent(event);
 }
 

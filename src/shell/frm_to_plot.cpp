@@ -126,7 +126,9 @@ QWidget* frmToPlot::BuildOptions() {
   auto* part = new QGroupBox("Memorised plots", this);
   auto* layout = new QVBoxLayout(part);
   for (int button = 0; button < kMemorisedPlots; ++button) {
-    QRadioButton* option = MakeOption(part, ArrayName("Option1", button), "");
+    QRadioButton* option = MakeOption(part, ArrayName("Option1", button), "8");
+    // An empty button is as high as one with a caption.
+    option->setMinimumHeight(option->sizeHint().height());
     option->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     option->installEventFilter(this);
     connect(option, &QRadioButton::clicked, this, [this, button] { ChooseButton(button); });

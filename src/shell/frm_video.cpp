@@ -12,7 +12,10 @@
 #include <QSpinBox>
 #include <QStandardPaths>
 #include <QVBoxLayout>
+#include <filesystem>
+#include <functional>
 
+#include "numerics/paths.h"
 #include "shell/form_parts.h"
 
 namespace orv {
@@ -23,12 +26,6 @@ constexpr qsizetype kMostSaid = 1 << 16;
 constexpr int kEndMs = 3000;  // for a program that is told to end
 constexpr const char* kSaveCaption = "Save as &video";
 constexpr const char* kSaveTip = "Makes an MP4 or WebM file of the frames saved last, with the program ffmpeg";
-
-// Rich text breaks a long tip into lines.
-void SetTip(QWidget& widget, const std::string& tip) {
-  widget.setToolTip("<qt>" + QString::fromStdString(tip).toHtmlEscaped() + "</qt>");
-  widget.setAccessibleDescription(QString::fromStdString(tip));
-}
 
 void SetBar(QScrollBar& bar, int value) {
   const QSignalBlocker quiet(&bar);
@@ -61,16 +58,16 @@ frmVideo::frmVideo(Movie& movie, QWidget* parent) : QWidget(parent, Qt::Window),
     Refresh();
     Q_EMIT Changed();
   });
-  const auto command = [this](QPushButton* button, void (Movie::*click)()) {
+  const auto command = [this](QPushButton* button, const std::function<void()>& click) {
     connect(button, &QPushButton::clicked, this, [this, click] {
-      (movie_.*click)();
+      click();
       Refresh();
       Q_EMIT Changed();
     });
   };
-  command(Command1_, &Movie::Command1_Click);
-  command(Command2_, &Movie::Command2_Click);
-  command(Command3_, &Movie::Command3_Click);
+  command(Command1_, [this] { movie_.Command1_Click(); });
+  command(Command2_, [this] { movie_.Command2_Click(); });
+  command(Command3_, [this] { movie_.Command3_Click(); });
   connect(Command4_, &QPushButton::clicked, this, &frmVideo::ChooseVideo);
 }
 
@@ -143,9 +140,9 @@ void frmVideo::Refresh() {
   SetBar(*HScroll2_, form.HScroll2);
   Text2_->setText(QString::fromStdString(form.Text2));
   Text3_->setText(QString::fromStdString(form.Text3));
-  for (QWidget* control : std::initializer_list<QWidget*>{Text2_, HScroll2_}) SetTip(*control, form.Text2Tip);
-  for (QWidget* control : std::initializer_list<QWidget*>{Text3_, HScroll1_}) SetTip(*control, form.Text3Tip);
-  SetTip(*Command1_, form.Command1Tip);
+  for (QWidget* control : std::initializer_list<QWidget*>{Text2_, HScroll2_}) ShowTip(*control, form.Text2Tip);
+  for (QWidget* control : std::initializer_list<QWidget*>{Text3_, HScroll1_}) ShowTip(*control, form.Text3Tip);
+  ShowTip(*Command1_, form.Command1Tip);
   Command1_->setProperty("Tag", QString::fromStdString(form.Command1Tag));
   if (movie_.MovieFrame() > 1) {
     frames_ = {folder_, movie_.BaseName(), movie_.MovieFrame() - 1, movie_.MovieInterval()};
@@ -159,6 +156,10 @@ void frmVideo::Tell(const std::string& text) {
   message_->setText(QString::fromStdString(text));
   message_->setVisible(!text.empty());
   message_->setAccessibleName(message_->text());
+  // A long message makes the window higher.
+  layout()->activate();
+  const int wanted = layout()->totalHeightForWidth(width());
+  if (wanted > height()) resize(width(), wanted);
 }
 
 void frmVideo::ShowEncoding() {
@@ -271,11 +272,10 @@ void frmVideo::EncoderEnded(int code, bool normal) {
     return;
   }
   if (normal && code == 0) {
-    const QString part = QString::fromStdString(UnfinishedName(order_.file));
-    const QString file = QString::fromStdString(order_.file);
-    QFile::remove(file);
-    const bool whole = QFile::rename(part, file);
-    EndEncoding(whole, whole ? "Saved \"" + order_.file + "\"" : FailedText("The file could not be written."));
+    std::error_code error;
+    std::filesystem::rename(PathOf(UnfinishedName(order_.file)), PathOf(order_.file), error);
+    const bool whole = !error;
+    EndEncoding(whole, whole ? "Saved \"" + order_.file + "\"" : FailedText(error.message()));
     return;
   }
   if (LacksEncoder(said) && encoder_ + 1 < EncodersOf(FormatOf(order_.file)).size()) {

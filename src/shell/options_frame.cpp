@@ -300,8 +300,19 @@ void OptionsFrame::Refresh() {
   satelliteLabel_->setText(QString::fromStdString(form_.SatelliteLabel()));
   colours_->setVisible(form_.Extended());
   help_->setVisible(form_.HelpShown());
-  area_->updateGeometry();
   ShowPatches();
+  TakeRoom();
+}
+
+// The width that the open parts want. A frame that was never shown does not learn it by itself, and layouts within
+// layouts forget what they wanted before only when they are activated.
+void OptionsFrame::TakeRoom() {
+  QLayout& contents = *area_->widget()->layout();
+  contents.invalidate();
+  contents.activate();
+  area_->updateGeometry();
+  layout()->invalidate();
+  updateGeometry();
 }
 
 void OptionsFrame::ShowControl(const ControlEntry& entry, QWidget* control) {

@@ -45,6 +45,7 @@ class OptionsFrame : public QFrame {
   void Change(const ControlEntry& entry, const std::string& text);
   void Press(std::string_view name);
   void ShowControl(const ControlEntry& entry, QWidget* control);
+  void TakeRoom();
   void ShowPatches();
   void ChooseColour(int triple);
   void ChooseFolder();

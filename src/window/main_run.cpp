@@ -53,6 +53,11 @@ void MainRun::Choose(const std::string& file) {
   source_ = HoldsPlot(file) ? PlotSource::PlotFile : PlotSource::Workbook;
 }
 
+std::string MainRun::LastTextFile() const {
+  if (source_ == PlotSource::Demo) return DemoFile();
+  return source_ == PlotSource::PlotFile ? file_ : std::string();
+}
+
 bool MainRun::CommExcelRun() {
   return Guarded([&] {
     switch (source_) {
@@ -93,6 +98,8 @@ bool MainRun::ReadPlot(const std::string& file, PointLists& lists) {
   names.TraceFile = file;
   names.DemoFile = DemoFile();
   const PlotReading reading = ReadPlotFile(names, lists, run_.reader);
+  // The results of a model belong to another picture now.
+  run_.record.finished = false;
   return reading.source != PlotReading::Source::Nothing;
 }
 

@@ -19,7 +19,12 @@ class MainRun {
 
   // Chooses the source of the next full run; the file's content decides between workbook and plot file.
   void Choose(const std::string& file);
-  void ChooseDemo() { source_ = PlotSource::Demo; }
+  void ChooseDemo() {
+    source_ = PlotSource::Demo;
+    file_.clear();
+  }
+  // The plot file in force; empty for a workbook.
+  std::string LastTextFile() const;
   PlotSource Source() const { return source_; }
   const std::string& File() const { return file_; }
   // Started with a plot file: the menus stay hidden.

@@ -17,8 +17,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr double kLeastRate = 10;  // pictures a second that players show without trouble
-constexpr double kMostRate = 60;
-constexpr const char* kPlainRate = "25";
+constexpr int kMostRate = 60;
+constexpr int kPlainRate = 25;
 constexpr std::size_t kHeaderBytes = 26;
 constexpr std::size_t kMostSaid = 400;  // characters
 constexpr std::array<std::string_view, 3> kMp4Encoders = {"libx264", "libopenh264", "mpeg4"};
@@ -39,8 +39,16 @@ int Speed(const VideoOrder& order) {
   return std::clamp(order.speed, 1, kFastestVideo);
 }
 
+// Pictures a second, as a fraction. However fast, none is left out.
+bool IsTooFast(const VideoOrder& order) {
+  return 10 * Speed(order) > kMostRate * Tenths(order);
+}
+std::string RateText(const VideoOrder& order) {
+  if (IsTooFast(order)) return std::to_string(kMostRate);
+  return std::to_string(10 * Speed(order)) + "/" + std::to_string(Tenths(order));
+}
 double Rate(const VideoOrder& order) {
-  return 10.0 * Speed(order) / Tenths(order);
+  return IsTooFast(order) ? kMostRate : 10.0 * Speed(order) / Tenths(order);
 }
 
 // The name of a frame as the program counts it up; its sign for the number is doubled elsewhere.
@@ -124,14 +132,14 @@ std::vector<std::string> VideoArguments(const VideoOrder& order, std::string_vie
   std::vector<std::string> out = {"-hide_banner", "-nostdin", "-y", "-loglevel", "error", "-progress", "pipe:1"};
   const auto add = [&](const std::vector<std::string>& more) { out.insert(out.end(), more.begin(), more.end()); };
   add({"-f", "image2", "-pattern_type", "sequence", "-start_number", "1"});
-  add({"-framerate", std::to_string(10 * Speed(order)) + "/" + std::to_string(Tenths(order))});
+  add({"-framerate", RateText(order)});
   add({"-i", FramePattern(order.frames), "-frames:v"});
-  // A rate of its own repeats or leaves out pictures.
-  const bool plain = Rate(order) < kLeastRate || Rate(order) > kMostRate;
-  const double pictures = plain ? std::max(1.0, std::round(VideoSeconds(order) * 25)) : order.frames.count;
+  // A slow series is repeated to a rate that every player takes.
+  const bool plain = Rate(order) < kLeastRate;
+  const double pictures = plain ? std::max(1.0, std::round(VideoSeconds(order) * kPlainRate)) : order.frames.count;
   add({std::to_string(static_cast<long long>(pictures))});
-  if (plain) add({"-r", kPlainRate});
-  add({"-vf", Filter(order), "-pix_fmt", "yuv420p", "-c:v", std::string(encoder)});
+  const std::string rate = plain ? "fps=" + std::to_string(kPlainRate) + "," : "";
+  add({"-vf", rate + Filter(order), "-pix_fmt", "yuv420p", "-c:v", std::string(encoder)});
   add(Quality(encoder));
   if (FormatOf(order.file) == VideoFormat::WebM) {
     add({"-f", "webm"});

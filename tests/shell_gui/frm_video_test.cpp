@@ -160,7 +160,9 @@ TEST_F(FrmVideoTest, AMissingProgramIsTold) {
   Click(window, "Command4");
   EXPECT_THAT(Message(), StartsWith("No program ffmpeg was found on this computer."));
   EXPECT_THAT(Message(), HasSubstr(folder.path().string()));
-  EXPECT_TRUE(Child<QLabel>(window, "Label4").isVisible());
+  auto& label = Child<QLabel>(window, "Label4");
+  EXPECT_TRUE(label.isVisible());
+  EXPECT_TRUE(WaitFor([&] { return label.height() >= label.heightForWidth(label.width()); })) << "nothing is cut off";
   EXPECT_FALSE(window.SaveVideo(Target()));
   Screenshot(window, "frmVideo_missing");
 }

@@ -50,7 +50,9 @@ bool DrawPictures(const PictureArguments& arguments, Session& session, PointList
   UserDialogs& dialogs = session.dialogs();
   const auto refuse = [&](const std::string& why) {
     for (const std::string& name : arguments.images) {
-      dialogs.Tell("The picture \"" + name + "\" could not be drawn: " + why, "Picture", Icon::Critical);
+      std::string text = "The picture \"";
+      text.append(name).append("\" could not be drawn: ").append(why);
+      dialogs.Tell(text, "Picture", Icon::Critical);
     }
     return false;
   };

@@ -57,6 +57,7 @@ void SaveOptions(SettingsStore& store, const Options& options) {
   const std::vector<double*> fields = Fields(copy);
   for (std::size_t k = 0; k < fields.size(); ++k) slots[k] = *fields[k];
   std::vector<StoredText> texts;
+  texts.reserve(slots.size());
   for (int slot = 0; slot < kOptionSlots; ++slot) {
     texts.push_back({std::string(kSectionUse), SlotKey(slot), NumberText(slots[static_cast<std::size_t>(slot)])});
   }
@@ -99,6 +100,7 @@ void RememberSpecification(SettingsStore& store, const std::string& specificatio
   list.insert(list.begin(), specification);
   list.resize(kRememberedSpecifications);
   std::vector<StoredText> texts;
+  texts.reserve(kRememberedSpecifications);
   for (int place = 0; place < kRememberedSpecifications; ++place) {
     texts.push_back({std::string(kSectionUse), SpecificationKey(place), list[static_cast<std::size_t>(place)]});
   }

@@ -406,7 +406,8 @@ void frmMain::Print() {
     run_.prompt.AbortQuestion();
     return;
   }
-  const QImage image(picture.rgb.data(), picture.width, picture.height, 3 * picture.width, QImage::Format_RGB888);
+  const QImage image(picture.rgb.data(), picture.width, picture.height, qsizetype{3} * picture.width,
+                     QImage::Format_RGB888);
   const QRect page = painter.viewport();
   const QSize size = image.size().scaled(page.size(), Qt::KeepAspectRatio);
   painter.drawImage(QRect(page.topLeft(), size), image);

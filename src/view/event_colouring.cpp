@@ -7,7 +7,7 @@ namespace orv {
 namespace {
 
 std::vector<double> Column(const ListTable& table, int row, int last) {
-  const auto values = table.row(row).first(static_cast<std::size_t>(last + 1));
+  const auto values = table.row(row).first(static_cast<std::size_t>(last) + 1);
   return {values.begin(), values.end()};
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <vector>
 
@@ -47,7 +48,7 @@ class ChunkLists {
   int EndWhole(int high) const { return (high + 1) / chunkSize_; }
 
   int chunkSize_;
-  std::vector<GLuint> lists_[2];  // by direction, by chunk; 0: not compiled
+  std::array<std::vector<GLuint>, 2> lists_;  // by direction, by chunk; 0: not compiled
 };
 
 }  // namespace orv

@@ -61,7 +61,7 @@ struct PointPass::Rows {
 void PointPass::Take(const PointLists& lists) {
   events_ = EventStates(lists);
   values_ = ValueCurve(lists);
-  kinds_.assign(lists.PenUpMode == 1 ? 0 : static_cast<std::size_t>(lists.NumberPoints + 1), kPlain);
+  kinds_.assign(lists.PenUpMode == 1 ? 0 : static_cast<std::size_t>(lists.NumberPoints) + 1, kPlain);
   const auto time = lists.PointList.row(0);
   const auto pen = lists.PointList.row(4);
   for (std::size_t i = 0; i < kinds_.size(); ++i) {
@@ -81,7 +81,7 @@ void PointPass::SetLook(const Look& look) {
 
 void PointPass::ColourByValue(const PointLists& lists) {
   const auto values = lists.PointList.row(0);
-  colours_.resize(static_cast<std::size_t>(lists.NumberPoints + 1));
+  colours_.resize(static_cast<std::size_t>(lists.NumberPoints) + 1);
   for (std::size_t i = 0; i < colours_.size(); ++i) {
     colours_[i] = look_.scale.Bytes(values[i], lists.PlotValueMin, lists.PlotValueMax);
   }
@@ -118,7 +118,7 @@ void PointPass::EmitDots(const PointLists& lists, GlApi& gl, int first, int last
   const Rows rows(lists);
   const int step = first <= last ? 1 : -1;
   std::vector<ColouredVertex> dots;
-  dots.reserve(static_cast<std::size_t>(std::abs(last - first) + 1));
+  dots.reserve(static_cast<std::size_t>(std::abs(last - first)) + 1);
   for (int i = first; i != last + step; i += step) {
     const auto place = static_cast<std::size_t>(i);
     dots.push_back({rows.Position(place), colours_[place]});

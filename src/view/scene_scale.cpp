@@ -11,7 +11,7 @@ bool Counts(const PointLists& lists, std::size_t i) {
 }
 
 std::size_t EntryCount(int last) {
-  return static_cast<std::size_t>(last + 1);
+  return static_cast<std::size_t>(last) + 1;
 }
 
 // Entries of TraceList in use, those of vectors that are hidden included.

@@ -277,7 +277,7 @@ extern "C" void PrintQuadricError(GLenum error) {
 }  // namespace
 
 SystemGl::~SystemGl() {
-  DeleteQuadric();
+  if (quadric_ != nullptr) gluDeleteQuadric(quadric_);
 }
 void SystemGl::MakeQuadric() {
   if (quadric_ != nullptr) return;

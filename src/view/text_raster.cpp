@@ -116,8 +116,12 @@ struct Coverage {
   int width = 0;
   int height = 0;
   std::vector<std::uint8_t> bytes;
-  std::uint8_t& at(int x, int y) { return bytes[static_cast<std::size_t>(y * width + x)]; }
-  std::uint8_t at(int x, int y) const { return bytes[static_cast<std::size_t>(y * width + x)]; }
+  std::uint8_t& at(int x, int y) {
+    return bytes[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)];
+  }
+  std::uint8_t at(int x, int y) const {
+    return bytes[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)];
+  }
 };
 
 // The coverage grown by a disc with a soft edge.
@@ -331,7 +335,8 @@ void Add(Coverage& letters, const Glyph& glyph, int left, int top) {
   for (int y = 0; y < glyph.height; ++y) {
     for (int x = 0; x < glyph.width; ++x) {
       std::uint8_t& target = letters.at(left + x, top + y);
-      const int sum = target + glyph.coverage[static_cast<std::size_t>(y * glyph.width + x)];
+      const int sum = target + glyph.coverage[static_cast<std::size_t>(y) * static_cast<std::size_t>(glyph.width) +
+                                              static_cast<std::size_t>(x)];
       target = static_cast<std::uint8_t>(std::min(sum, 255));
     }
   }

@@ -173,25 +173,11 @@ void TerminalDialogs::Status(const std::string& text) {
   out_ << Lines(Trim(text)) << '\n';
 }
 
-// From the pace of the phase so far; nothing in its first second.
-std::string TerminalDialogs::TimeLeft(const std::string& phase, double share) {
-  const auto now = std::chrono::steady_clock::now();
-  if (phase != phase_ || share < lastShare_) {
-    phase_ = phase;
-    phaseBegin_ = now;
-    firstShare_ = share;
-  }
-  lastShare_ = share;
-  const double elapsed = std::chrono::duration<double>(now - phaseBegin_).count();
-  if (elapsed < 1 || !(share > firstShare_)) return {};
-  const double left = elapsed * (1 - share) / (share - firstShare_);
-  return ", about " + std::to_string(std::lround(std::max(1.0, left))) + " s left";
-}
-
 void TerminalDialogs::Progress(const std::string& phase, double share) {
   if (options_.quiet || !options_.progressLine) return;
   const int percent = static_cast<int>(std::lround(std::clamp(share, 0.0, 1.0) * 100));
-  out_ << "\r\x1b[K" << percent << " %  " << phase << TimeLeft(phase, share) << std::flush;
+  out_ << "\r\x1b[K" << percent << " %  " << phase << timeLeft_(phase, share, std::chrono::steady_clock::now())
+       << std::flush;
   progressShown_ = true;
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "numerics/time_left.h"
 #include "numerics/user_dialogs.h"
 
 namespace orv {
@@ -49,7 +50,6 @@ class TerminalDialogs : public UserDialogs {
 
  private:
   void Print(const std::string& title, const std::string& text, Icon icon);
-  std::string TimeLeft(const std::string& phase, double share);
   Answer ByPolicy(Buttons buttons) const;
   Answer FromTerminal(Buttons buttons);
 
@@ -59,10 +59,7 @@ class TerminalDialogs : public UserDialogs {
   std::vector<Message> messages_;
   bool progressShown_ = false;
   // Of the phase whose progress is shown, for the estimate of the time left.
-  std::string phase_;
-  double firstShare_ = 0;
-  double lastShare_ = 0;
-  std::chrono::steady_clock::time_point phaseBegin_;
+  TimeLeft timeLeft_;
 };
 
 }  // namespace orv

@@ -7,8 +7,8 @@
 #include <list>
 #include <string>
 
+#include "numerics/time_left.h"
 #include "numerics/user_dialogs.h"
-#include "shell/time_left.h"
 
 class QEventLoop;
 

@@ -7,8 +7,8 @@
 
 #include "gui_support.h"
 #include "numerics/error_prompt.h"
+#include "numerics/time_left.h"
 #include "shell/frm_warning.h"
-#include "shell/time_left.h"
 
 namespace orv {
 namespace {

@@ -383,6 +383,169 @@ def gallery():
     return [sheet]
 
 
+# --- range plots -----------------------------------------------------------------------------------------------------
+
+EARTH_GRAVITY = 398600.4418  # km3/s2
+ORBIT_ROWS = 181
+ORBIT_FIRST_ROW = 24
+ORBIT_PERIOD = 0.75  # days
+ORBIT_FIRST_DAY = 46100.25
+ORBIT_SHAPE = (0.55, 40, 50, 300)  # eccentricity, inclination, node, perigee (deg)
+# hour, S: thrust starts, E: it ends
+ORBIT_EVENTS = [(0, "E"), (2, "S"), (3.5, "E"), (6, "S"), (9, "E"), (12, "S"), (15, "E"), (16, "S"), (17, "E")]
+ORBIT_HEADS = ("x (km)", "y (km)", "z (km)", "time (day)", "event (day)", "state", "attitude (day)", "w", "x", "y", "z",
+               "panel 1 (day)", "angle (deg)", "panel 2 (day)", "angle (deg)", "attitude (day)", "x", "y", "z", "w",
+               "battery (day)", "charge (%)")
+
+
+def cross(a, b):
+    return (a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0])
+
+
+def unit(a):
+    length = math.sqrt(sum(x * x for x in a))
+    return tuple(x / length for x in a)
+
+
+def orbit_position(share):
+    eccentricity, inclination, node, perigee = ORBIT_SHAPE
+    inclination, node, perigee = (math.radians(angle) for angle in (inclination, node, perigee))
+    axis = (EARTH_GRAVITY * (ORBIT_PERIOD * 86400 / (2 * math.pi)) ** 2) ** (1 / 3)
+    mean = 2 * math.pi * share
+    anomaly = mean
+    for _ in range(30):
+        anomaly -= (anomaly - eccentricity * math.sin(anomaly) - mean) / (1 - eccentricity * math.cos(anomaly))
+    p = axis * (math.cos(anomaly) - eccentricity)
+    q = axis * math.sqrt(1 - eccentricity ** 2) * math.sin(anomaly)
+    along = p * math.cos(perigee) - q * math.sin(perigee)
+    across = p * math.sin(perigee) + q * math.cos(perigee)
+    return (along * math.cos(node) - across * math.cos(inclination) * math.sin(node),
+            along * math.sin(node) + across * math.cos(inclination) * math.cos(node), across * math.sin(inclination))
+
+
+def quaternion(x, y, z, before):
+    """w, x, y, z of the rotation with these columns, on the side of the one before."""
+    w = math.sqrt(max(0, 1 + x[0] + y[1] + z[2])) / 2
+    parts = [math.sqrt(max(0, 1 + s)) / 2 for s in (x[0] - y[1] - z[2], y[1] - x[0] - z[2], z[2] - x[0] - y[1])]
+    signs = (y[2] - z[1], z[0] - x[2], x[1] - y[0])
+    turned = [w] + [math.copysign(part, sign) for part, sign in zip(parts, signs)]
+    return turned if sum(a * b for a, b in zip(turned, before)) >= 0 else [-part for part in turned]
+
+
+def orbit_lines():
+    """The rows of the sheet: the third axis to the Earth, the second square to the Sun, panels turned to the Sun."""
+    before = (1, 0, 0, 0)
+    sun = unit((0.9, -0.4, -0.17))
+    for k in range(ORBIT_ROWS):
+        share = k / (ORBIT_ROWS - 1)
+        day = round(ORBIT_FIRST_DAY + share * ORBIT_PERIOD, 6)
+        position = orbit_position(share)
+        nadir = unit(tuple(-x for x in position))
+        second = unit(cross(nadir, sun))
+        first = cross(second, nadir)
+        before = quaternion(first, second, nadir, before)
+        attitude = [round(part, 6) for part in before]
+        angle = round(math.degrees(math.atan2(sum(a * b for a, b in zip(sun, first)),
+                                              sum(a * b for a, b in zip(sun, nadir)))), 3)
+        hour, state = ORBIT_EVENTS[k] if k < len(ORBIT_EVENTS) else (None, None)
+        event = None if hour is None else round(ORBIT_FIRST_DAY + hour / 24, 6)
+        charge = round(60 + 35 * math.cos(4 * math.pi * share) - 20 * share, 3)
+        yield ([round(x, 3) for x in position] + [day, event, state, day] + attitude + [day, angle, day, -angle, day] +
+               attitude[1:] + attitude[:1] + [day, charge])
+
+
+def orbit_sheet():
+    sheet = Sheet("Orbit")
+    sheet.widths = {column: 13 for column in range(1, len(ORBIT_HEADS) + 1)}
+    sheet.put(1, 1, "An orbit, to be plotted range by range", "title")
+    sheet.put(2, 1, "Select one of the coloured cells: its formula names the ranges to plot, and words behind & change "
+              "how. The value that it shows does not matter.", "note")
+    lines = list(orbit_lines())
+    first, last = ORBIT_FIRST_ROW, ORBIT_FIRST_ROW + len(lines) - 1
+
+    def ranges(*columns):
+        return "+".join("MAX(%s%d:%s%d)" % (a, first, b, last) for a, b in columns)
+
+    def largest(*columns):
+        tops = []
+        for a, b in columns:
+            values = [v for line in lines for v in line[ord(a) - 65:ord(b) - 64] if isinstance(v, (int, float))]
+            tops.append(max(values))
+        return tops
+
+    orbit = ("A", "C"), ("D", "D"), ("E", "F"), ("G", "K"), ("L", "M")
+    plots = [
+        (1, "", [("A", "C")], "3 columns: the curve alone, each axis stretched to the same length"),
+        (0.001, "", [("A", "D")], "4 columns: with the time; the scale makes thousands of kilometres"),
+        (0.001, "", [("A", "F")], "6 columns: with events, S starts one and E ends it"),
+        (0.001, "", [("A", "K")], "11 columns: with the attitude of the satellite"),
+        (0.001, "", [("A", "M")], "13 columns: with the angle of the first panel"),
+        (0.001, "", [("A", "O")], "15 columns: with the angle of the second panel"),
+        (1, "valx", [*orbit, ("U", "V")], "valx: the charge of the battery, as bars along x"),
+        (1, "valy", [*orbit, ("U", "V")], "valy: the same along y"),
+        (1, "valz", [*orbit, ("U", "V")], "valz: the same along z"),
+        (0.001, "ESA", [*orbit[:3], ("P", "T")], "ESA: the attitude as x, y, z, w"),
+        (0.001, "moon", [("A", "O")], "moon: the body at the origin is the Moon"),
+    ]
+    for k, (scale, options, columns, remark) in enumerate(plots):
+        text = ("=" if scale == 1 else "=%g*" % scale) + ranges(*columns)
+        tops = largest(*columns)
+        value = round(scale * tops[0] + sum(tops[1:]), 9)
+        if options:
+            text, value = text + '&"%s"' % options, "%.15g%s" % (value, options)
+        sheet.put(4 + k, 1, Formula(text, value), "key")
+        sheet.put(4 + k, 2, remark)
+    sheet.active = (9, 1)
+    sheet.put_row(ORBIT_FIRST_ROW - 1, 1, ORBIT_HEADS, "head")
+    for k, line in enumerate(lines):
+        sheet.put_row(first + k, 1, line, "input")
+    return sheet
+
+
+SURFACE_CELLS = (14, 10)
+SURFACE_FIRST_ROW = 10
+
+
+def surface_point(u, v):
+    x, y = 3 * (u - 0.5), 2 * (v - 0.5)
+    return [round(c, 4) for c in (x, y, 0.35 * (x * x - y * y) + 0.1 * math.sin(6 * u))]
+
+
+def surface_sheet():
+    """Cells of a surface: their outlines, and a value at each centre that colours the cell."""
+    sheet = Sheet("Surface")
+    sheet.widths = {column: 13 for column in range(1, 10)}
+    along, across = SURFACE_CELLS
+    centres, outlines = [], []
+    for i in range(along):
+        for j in range(across):
+            centre = surface_point((i + 0.5) / along, (j + 0.5) / across)
+            centres.append(centre + [round(math.hypot(centre[0], centre[1]), 4)])
+            corners = [surface_point((i + a) / along, (j + b) / across) for a, b in ((0, 0), (1, 0), (1, 1), (0, 1))]
+            outlines += corners + corners[:1] + [[None] * 3]
+    sheet.put(1, 1, "A surface in cells, to be plotted with PENUP", "title")
+    sheet.put(2, 1, "The points carry the values, the outlines are the cells: five corners, the first one again, and an "
+              "empty row. The columns of events stay empty.", "note")
+    first, last = SURFACE_FIRST_ROW, SURFACE_FIRST_ROW + len(centres) - 1
+    end = SURFACE_FIRST_ROW + len(outlines) - 1
+    text = "=MAX(A%d:C%d)+MAX(D%d:D%d)+MAX(E%d:F%d)+MAX(G%d:I%d)" % (first, last, first, last, first, last, first, end)
+    tops = (max(max(c[:3]) for c in centres), max(c[3] for c in centres), 0,
+            max(max(o) for o in outlines if o[0] is not None))
+    for k, (options, remark) in enumerate((("PENUP", "PENUP: cells, coloured by the value"),
+                                           ("PENUP valx", "PENUP valx: cells, coloured by x"))):
+        sheet.put(4 + k, 1, Formula('%s&"%s"' % (text, options), "%.15g%s" % (round(sum(tops), 9), options)), "key")
+        sheet.put(4 + k, 2, remark)
+    sheet.put(6, 1, "=MAX(A%d:C%d) \"PENUP\"" % (first, last), "key")
+    sheet.put(7, 1, "Dots, coloured by z. This cell is a text: there options may stand behind a blank.", "note")
+    sheet.active = (4, 1)
+    sheet.put_row(SURFACE_FIRST_ROW - 1, 1, ("x", "y", "z", "value", "", "", "corner x", "corner y", "corner z"), "head")
+    for k, centre in enumerate(centres):
+        sheet.put_row(first + k, 1, centre, "input")
+    for k, corner in enumerate(outlines):
+        sheet.put_row(first + k, 7, corner, "input")
+    return sheet
+
+
 # --- broken workbooks ----------------------------------------------------------------------------------------------
 
 SMALL = [
@@ -465,7 +628,9 @@ def write_broken(folder):
 def main():
     folder = sys.argv[1] if len(sys.argv) > 1 else os.path.dirname(os.path.abspath(__file__))
     os.makedirs(os.path.join(folder, "broken"), exist_ok=True)
-    for name, book in (("telecom_satellite", telecom()), ("primitive_gallery", gallery())):
+    books = (("telecom_satellite", telecom()), ("primitive_gallery", gallery()),
+             ("range_plots", [orbit_sheet(), surface_sheet()]))
+    for name, book in books:
         write_xlsx(os.path.join(folder, name + ".xlsx"), book)
         write_ods(os.path.join(folder, name + ".ods"), book)
     write_broken(os.path.join(folder, "broken"))

@@ -8,15 +8,19 @@
 #include <ostream>
 
 #include "analysis/cell_export.h"
+#include "app/man_page.h"
 #include "geometry/quantities.h"
+#include "model/calc_door.h"
+#include "numerics/failure.h"
 #include "numerics/paths.h"
 #include "numerics/text.h"
 #include "view/view_state.h"
+#include "window/level_lines.h"
 
 namespace orv {
 namespace {
 
-const char* const kFooter = R"(
+const char* const kFooter = R"text(
 Examples:
   orvvalis
       the window, with the sample plot
@@ -28,11 +32,13 @@ Examples:
       shadow flags, and the cells as a table and for ParaView
   orvvalis run examples/telecom_satellite.xlsx --plot 13 --log 1 --image density.png
       the same as a picture, no display needed
+  orvvalis show examples/range_plots.xlsx --spec "=MAX(A5:C65)" --image curve.png
+      three columns of the workbook as a curve
   orvvalis plots
       the list of all plot numbers
 
 Exit codes: 0 done, 1 ended by an abort answer, 2 wrong usage, 3 the workbook cannot be read,
-4 a result cannot be written.)";
+4 a result cannot be written.)text";
 
 constexpr int kSmallestPicture = 16;
 constexpr int kLargestPicture = 16384;
@@ -68,6 +74,15 @@ std::string CheckSeparator(const std::string& text) {
   return text == "." || text == "," ? std::string() : "the decimal separator is \".\" or \",\"";
 }
 
+std::string CheckDoor(const std::string& text) {
+  try {
+    CalcDoorOf(text);
+    return {};
+  } catch (const RuntimeFailure&) {
+    return "\"" + text + "\" is neither a pipe's name nor a port such as 2002 or localhost:2002";
+  }
+}
+
 std::string CheckDate(const std::string& text) {
   return ReadDate(text) ? std::string() : "\"" + text + "\" is no date such as 2026-03-31 or 2026-03-31T12:00:00";
 }
@@ -76,6 +91,10 @@ std::string CheckImage(const std::string& text) {
   const std::string name = UpperCase(text);
   const bool known = name.ends_with(".PNG") || name.ends_with(".BMP");
   return known ? std::string() : "the ending of \"" + text + "\" is none of .png, .bmp";
+}
+
+std::string CheckLevelLines(const std::string& text) {
+  return IsLevelLineFile(text) ? std::string() : "the ending of \"" + text + "\" is none of .png, .svg";
 }
 
 std::string CheckView(const std::string& text) {
@@ -154,7 +173,12 @@ void DescribePicture(CLI::App& command, PictureArguments& p, bool required) {
 }
 
 void DescribeShow(CLI::App& show, Arguments& a) {
-  show.add_option("PLOTFILE", a.plotFile, "Plot file: tab-separated text with a header line")->required();
+  show.add_option("FILE", a.shown, "Plot file, or workbook with the ranges to plot: .xlsx, .ods or tab-separated text")
+      ->required();
+  show.add_option("--spec", a.spec,
+                  "Which ranges of the workbook, such as \"=MAX(A2:C60)\" (default: the one in the active cell)");
+  show.add_option("--sheet", a.sheet, "Sheet with the ranges (default: the sheet that was active when it was saved)");
+  show.add_option("--cell", a.cell, "Cell that holds the specification, such as B4 (default: the active cell)");
   DescribePicture(show, a.picture, true);
   show.add_option("--settings", a.settingsFolder, "Folder of settings (default: the user's own)");
   show.add_option("--decimal", a.decimal, "Decimal separator of numbers in the file (default: the locale's)")
@@ -165,9 +189,19 @@ void DescribeShow(CLI::App& show, Arguments& a) {
 }
 
 void DescribeRun(CLI::App& run, Arguments& a) {
-  run.add_option("WORKBOOK", a.workbook, "Workbook with the model: .xlsx, .ods or tab-separated text")->required();
-  run.add_option("--sheet", a.sheet, "Sheet with the model (default: the sheet that was active when it was saved)");
-  run.add_option("--cell", a.cell, "Cell from which the keyword is searched, such as B4 (default: the active cell)");
+  CLI::Option* workbook =
+      run.add_option("WORKBOOK", a.workbook, "Workbook with the model: .xlsx, .ods or tab-separated text");
+  CLI::Option* sheet =
+      run.add_option("--sheet", a.sheet, "Sheet with the model (default: the sheet that was active when it was saved)");
+  CLI::Option* cell = run.add_option("--cell", a.cell,
+                                     "Cell from which the keyword is searched, such as B4 (default: the active cell)");
+  CLI::Option* link =
+      run.add_flag("--link", a.link, "Take the model from the workbook that is open in the running Calc")
+          ->excludes(workbook, sheet, cell);
+  run.add_option("--door", a.door,
+                 "How the running Calc is reached: a pipe's name, a port or host:port (default: orvvalis)")
+      ->needs(link)
+      ->check(CheckDoor);
   run.add_option("--plot", a.plot, "Number of the quantity to compute and show, such as 13 for the ion density")
       ->required()
       ->check(CheckPlot);
@@ -197,6 +231,11 @@ void DescribeRun(CLI::App& run, Arguments& a) {
       ->check(CheckDate);
   run.add_flag("--summary", a.summary, "Print the tables of all effects: heat, forces, moments, erosion, redeposition");
   run.add_flag("--quiet", a.quiet, "Print problems and questions only");
+  run.add_option("--level-lines", a.levelLines,
+                 "Draw level lines over the primitive of --options \"L n\" into this file, .png or .svg")
+      ->check(CheckLevelLines)
+      ->allow_extra_args(false)
+      ->group("Picture");
   DescribePicture(run, a.picture, false);
 }
 
@@ -262,11 +301,16 @@ std::optional<Arguments> ParseArguments(int argc, const char* const* argv, std::
   app.add_option("FILE", a.workbook, "Workbook or plot file to open in the window (without one: the sample plot)")
       ->check(CheckFile);
   app.add_option("--settings", a.settingsFolder, "Folder of settings and trace file (default: the user's own)");
+  app.add_option("--door", a.door,
+                 "How a running Calc is reached: a pipe's name, a port or host:port (default: orvvalis)")
+      ->check(CheckDoor);
+  bool manPage = false;
+  app.add_flag("--man-page", manPage, "Print the manual page and end")->group("");
   app.get_formatter()->column_width(28);
   CLI::App* run = app.add_subcommand("run", "Compute a model and report the results");
   run->footer("");
   DescribeRun(*run, a);
-  CLI::App* show = app.add_subcommand("show", "Draw a plot file into a picture");
+  CLI::App* show = app.add_subcommand("show", "Draw a plot file or ranges of a workbook into a picture");
   show->footer("");
   DescribeShow(*show, a);
   CLI::App* plots = app.add_subcommand("plots", "List the plot numbers with their labels");
@@ -280,7 +324,17 @@ std::optional<Arguments> ParseArguments(int argc, const char* const* argv, std::
     exitCode = kExitUsage;
     return std::nullopt;
   }
+  if (manPage) {
+    out << ManPage(app, ORV_VERSION);
+    exitCode = kExitDone;
+    return std::nullopt;
+  }
   if (run->parsed()) a.command = Arguments::Command::Run;
+  if (run->parsed() && a.workbook.empty() && !a.link) {
+    err << "orvvalis: WORKBOOK is required, or --link\nTry \"orvvalis --help\" or \"orvvalis run --help\".\n";
+    exitCode = kExitUsage;
+    return std::nullopt;
+  }
   if (plots->parsed()) a.command = Arguments::Command::Plots;
   if (show->parsed()) a.command = Arguments::Command::Show;
   exitCode = kExitDone;

@@ -48,8 +48,12 @@ struct Arguments {
   enum class Command { Window, Run, Plots, Show };
   Command command = Command::Window;
   std::string workbook;
-  std::string plotFile;  // show
+  bool link = false;  // run: the model that is open in the running Calc
+  std::string door;   // by which it is reached; empty for the usual one
+  std::string shown;  // show: plot file or workbook
+  std::string spec;
   PictureArguments picture;
+  std::vector<std::string> levelLines;  // .png or .svg
   std::string sheet;
   std::string cell;
   int plot = 0;

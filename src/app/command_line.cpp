@@ -35,7 +35,8 @@ int Run(const Arguments& arguments, const Streams& streams) {
     std::ostream* out = arguments.quiet ? nullptr : &streams.out;
     const bool drawn =
         arguments.picture.images.empty() || DrawPictures(arguments.picture, session, session.run().lists, out);
-    return reported && drawn ? kExitDone : kExitOutput;
+    const bool lines = DrawLevelLinePictures(arguments, session, out);
+    return reported && drawn && lines ? kExitDone : kExitOutput;
   } catch (const WorkbookError& error) {
     return refuse(error.what(), kExitWorkbook);
   } catch (const ModelNotFound& error) {
@@ -52,7 +53,7 @@ int Run(const Arguments& arguments, const Streams& streams) {
 int Show(const Arguments& arguments, const Streams& streams) {
   Session session(arguments, streams);
   try {
-    LoadPlotFile(arguments, session);
+    LoadPlot(arguments, session);
     std::ostream* out = arguments.quiet ? nullptr : &streams.out;
     return DrawPictures(arguments.picture, session, session.run().lists, out) ? kExitDone : kExitOutput;
   } catch (const WorkbookError& error) {

@@ -2,12 +2,16 @@
 #include <memory>
 #include <ostream>
 
+#include "analysis/level_line_data.h"
 #include "app/command_line.h"
+#include "numerics/installation.h"
 #include "numerics/paths.h"
 #include "numerics/text.h"
 #include "view/class_gl.h"
 #include "view/image_file.h"
 #include "view/offscreen_control.h"
+#include "view/scene_bodies.h"
+#include "window/level_lines.h"
 
 namespace orv {
 namespace {
@@ -65,7 +69,8 @@ bool DrawPictures(const PictureArguments& arguments, Session& session, PointList
   if (!made.control) return refuse(made.message);
   OffscreenControl& control = *made.control;
   control.LogTo([&](const std::string& message) { dialogs.Tell(message, "Picture", Icon::Warning); });
-  ClassGl scene(control, lists, view, session.run().prompt, session.clock());
+  OrbitBodies bodies(session.run().prompt, FindInstalled(ProgramFile(), "textures"));
+  ClassGl scene(control, lists, view, session.run().prompt, session.clock(), {}, &bodies);
   control.Attach(scene);
   control.Paint(scene);  // takes the plot in and sets the first view
   if (arguments.vectors) scene.ShowVectors(true);
@@ -85,6 +90,32 @@ bool DrawPictures(const PictureArguments& arguments, Session& session, PointList
       *out << "Picture     " << name << '\n';
     }
   }
+  return allWritten;
+}
+
+bool DrawLevelLinePictures(const Arguments& arguments, Session& session, std::ostream* out) {
+  std::string text;
+  bool allWritten = true;
+  const std::optional<LevelLineInput> input = FindLevelLineData(session.run(), text);
+  if (!input) {
+    if (text.empty() && !arguments.levelLines.empty()) {
+      text = "Level lines are asked for by --options \"L n\", n the number of a primitive.";
+    }
+    TellLevelLineFault(session.dialogs(), text);
+    return arguments.levelLines.empty();
+  }
+  for (const std::string& name : arguments.levelLines) {
+    MakeFolder(name);
+    const PictureArguments& picture = arguments.picture;
+    const std::string fault = WriteLevelLines(*input, {name, picture.width, picture.height, picture.pixelRatio}, text);
+    if (!fault.empty()) {
+      session.dialogs().Tell(fault, "Picture", Icon::Critical);
+      allWritten = false;
+    } else if (out != nullptr) {
+      *out << "Level lines " << name << '\n';
+    }
+  }
+  TellLevelLineFault(session.dialogs(), text);
   return allWritten;
 }
 

@@ -1,22 +1,96 @@
 #include <filesystem>
+#include <fstream>
 
 #include "app/command_line.h"
 #include "model/plot_reading.h"
+#include "model/range_sending.h"
 #include "model/workbook_contents.h"
 #include "numerics/paths.h"
+#include "numerics/settings.h"
+#include "numerics/text.h"
 
 namespace orv {
+namespace {
+
+constexpr std::size_t kFirstBytes = 4096;
+
+bool HoldsPlot(const std::string& file) {
+  std::ifstream in(PathOf(file), std::ios::binary);
+  std::string bytes(kFirstBytes, '\0');
+  in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(in.gcount()));
+  return IsPlotFile(bytes);
+}
+
+bool IsSpecification(const std::string& text, Session& session, const std::string& keyword) {
+  double scale = 1;
+  std::string options;
+  RangeTexts ranges;
+  return ParseSpecification(text, scale, options, ranges, session.reader(), keyword);
+}
+
+// The specification that was given, or the one in the active cell.
+std::string ChooseSpecification(const Arguments& arguments, Session& session, FileWorkbook& workbook,
+                                const std::string& keyword) {
+  const std::string example = "\"=" + keyword + "(A2:C60)\"";
+  if (!arguments.spec.empty()) {
+    if (IsSpecification(arguments.spec, session, keyword)) return arguments.spec;
+    throw WorkbookError(arguments.shown, "cannot be plotted by \"" + arguments.spec +
+                                             "\": a specification names ranges, such as " + example + ".");
+  }
+  const CellPosition cell = workbook.ActiveCell();
+  const std::string formula = workbook.Formula(cell);
+  if (IsSpecification(formula, session, keyword)) return formula;
+  throw WorkbookError(arguments.shown, "is no plot file, and its cell " + CellName(cell) + " on the sheet \"" +
+                                           workbook.SheetName() + "\" holds no specification such as " + example +
+                                           ". Name the ranges with --spec, or the cell with --sheet and --cell.");
+}
+
+// The ranges go to the lists without a plot file: what the window has shown last stays what it was.
+void LoadRanges(const Arguments& arguments, Session& session) {
+  FileWorkbook workbook(PathOf(arguments.shown), session.reader().locale());
+  if (!arguments.sheet.empty()) workbook.ChooseSheet(arguments.sheet);
+  if (!arguments.cell.empty()) workbook.ChooseCell(arguments.cell);
+  for (const std::string& warning : workbook.warnings()) session.dialogs().Log(warning);
+  workbook.Attach();
+  RangeCopy copy;
+  copy.MainKeyword = ReadSetting(session.settings(), kSectionUse, "Setstr02.00");
+  if (Trim(copy.MainKeyword).empty()) copy.MainKeyword = kMainKeyword;
+  copy.specification = ChooseSpecification(arguments, session, workbook, copy.MainKeyword);
+  bool narrow = false;
+  const auto plot = ReadRangePlot(workbook, copy, session.reader(), session.clock(), narrow);
+  if (!plot) {
+    session.dialogs().EndProgress();
+    throw WorkbookError(arguments.shown, narrow ? "is not plotted: the first range needs 3 columns, x, y and z."
+                                                : "is not plotted: its ranges cannot be read.");
+  }
+  ReadPlotLines(plot->header, plot->lines, TextOf(PathOf(arguments.shown).filename()), session.run().lists,
+                session.reader(), copy.MainKeyword);
+}
 
 void LoadPlotFile(const Arguments& arguments, Session& session) {
-  std::error_code error;
-  if (!std::filesystem::exists(PathOf(arguments.plotFile), error)) {
-    throw WorkbookError(arguments.plotFile, "does not exist.");
+  if (!arguments.spec.empty() || !arguments.sheet.empty() || !arguments.cell.empty()) {
+    throw WorkbookError(arguments.shown, "is a plot file: --spec, --sheet and --cell are for workbooks.");
   }
   PlotFileNames names;
-  names.TraceFile = arguments.plotFile;
+  names.TraceFile = arguments.shown;
   const PlotReading reading = ReadPlotFile(names, session.run().lists, session.reader());
+  if (!reading.complete) throw WorkbookError(arguments.shown, "holds no plot.");
+}
+
+}  // namespace
+
+void LoadPlot(const Arguments& arguments, Session& session) {
+  std::error_code error;
+  if (!std::filesystem::exists(PathOf(arguments.shown), error)) {
+    throw WorkbookError(arguments.shown, "does not exist.");
+  }
+  if (HoldsPlot(arguments.shown)) {
+    LoadPlotFile(arguments, session);
+  } else {
+    LoadRanges(arguments, session);
+  }
   session.dialogs().EndProgress();
-  if (!reading.complete) throw WorkbookError(arguments.plotFile, "holds no plot.");
 }
 
 }  // namespace orv

@@ -3,6 +3,7 @@
 #include <ostream>
 
 #include "app/command_line.h"
+#include "model/calc_door.h"
 #include "shell/frm_main.h"
 #include "shell/frm_warning.h"
 
@@ -47,7 +48,9 @@ int RunWindow(const Arguments& arguments, int argc, const char* const* argv, con
   RunContext run(prompt, reader, settings, clock, dataFolder);
   int exitCode = kExitDone;
   {
-    frmMain window({run, settings, dialogs, warnings, dataFolder, QApplication::applicationFilePath().toStdString()});
+    const std::unique_ptr<Spreadsheet> link = OpenLink(arguments);
+    frmMain window({run, settings, dialogs, warnings, dataFolder, QApplication::applicationFilePath().toStdString(),
+                    *link, CalcDoorOf(arguments.door)});
     dialogs.SetWindow(&window);
     if (!arguments.workbook.empty()) window.OpenFile(arguments.workbook, true);
     window.show();

@@ -13,6 +13,8 @@ const char* const kDatabaseKeyword = "DatabaseOrvValis";
 const char* const kTable1 = "Table      1";
 const char* const kTable9 = "Table      9";
 
+const char* const kDemoWord = "DEMO";
+
 constexpr int kSilentFailures[] = {5, 52, 53, 75, 91, 448, 1004, 50290};
 constexpr int kManyFailures = 100;
 constexpr int kRowsToTable1 = 50;
@@ -55,8 +57,8 @@ bool CommExcel::Try(const std::function<void()>& statement) {
   } catch (const RuntimeFailure& failure) {
     lastFailure_ = static_cast<int>(failure.number());
     sheet_.LetEventsThrough();
-    if (++failures_ > kManyFailures) {
-      failures_ = 0;
+    if (++session_->failures > kManyFailures) {
+      session_->failures = 0;
       const Answer answer = prompt().dialogs().Ask("Multiple errors occurs, do you want to continue or abort?",
                                                    "Errors", Buttons::AbortRetryIgnore, Icon::Warning);
       if (answer == Answer::Abort) throw ProgramEnd{};
@@ -78,9 +80,13 @@ std::string CommExcel::ValueAt(int row, int column) {
 }
 
 CommExcel::Outcome CommExcel::Read(ModelData& model, Session& session) {
+  session_ = &session;
+  session.specification.clear();
+  if (UpperTrim(session.MainKeyword) == kDemoWord) session.SourceMode = 1;
   ForgetTitles(model);
   for (int reading = 1;; ++reading) {
-    if (!LocateModel(model, session)) return Outcome::PlotFile;
+    const Outcome source = FindSource(model, session);
+    if (source != Outcome::Model) return source;
     FindDatabase(model);
     CountPrimitives(model);
     FindTable1(model);
@@ -93,21 +99,49 @@ CommExcel::Outcome CommExcel::Read(ModelData& model, Session& session) {
   }
 }
 
-// Attaches and finds the keyword, with another try as often as the user names another sheet. False when the plot file
-// was chosen instead.
-bool CommExcel::LocateModel(ModelData& model, Session& session) {
-  while (session.SourceMode < 1) {
-    if (Attach(session)) {
-      model.StartTime = clock_.Seconds();
-      ReadNames(model);
-      if (FindKeyword(model)) return true;
+// Attaches and looks for a specification, then for the keyword of a model, with another try as often as the user names
+// another sheet.
+CommExcel::Outcome CommExcel::FindSource(ModelData& model, Session& session) {
+  while (session.SourceMode < 1 && session.FileMode != 1) {
+    if (!Attach(session)) return session.watchRun ? Outcome::Nothing : Outcome::PlotFile;
+    model.StartTime = clock_.Seconds();
+    ReadNames(model);
+    session.LinkReady = 1;
+    if (TakeSpecification(session)) return Outcome::RangePlot;
+    if (FindKeyword(model)) {
+      session.ForgetSpecification();
+      return Outcome::Model;
     }
+    if (session.watchRun) return Outcome::Nothing;
     if (!AskForAnotherSheet(model)) {
       throw ModelNotFound{"The keyword " + std::string(kKeyword) + " is not on the sheet \"" + model.SheetName +
                           "\" of the workbook \"" + model.WorkbookName + "\"."};
     }
   }
-  return false;
+  return Outcome::PlotFile;
+}
+
+bool CommExcel::IsSpecification(const std::string& text, const Session& session) {
+  double scale = 1;
+  std::string options;
+  RangeTexts ranges;
+  return ParseSpecification(text, scale, options, ranges, reader_, session.MainKeyword);
+}
+
+// A typed specification goes before that of the active cell, except when the watch saw the user go to a cell that means
+// something by itself.
+bool CommExcel::TakeSpecification(Session& session) {
+  const bool cellIsModel = Contains(startFormula_, kKeyword);
+  const bool cellIsSpec = !cellIsModel && IsSpecification(startFormula_, session);
+  const bool typed = session.SpecEntered != 0 && IsSpecification(session.SpecText, session);
+  if (typed && !(session.watchRun && (cellIsModel || cellIsSpec))) {
+    session.specification = session.SpecText;
+    return true;
+  }
+  if (!cellIsSpec) return false;
+  session.specification = startFormula_;
+  session.ForgetSpecification();
+  return true;
 }
 
 void CommExcel::ForgetTitles(ModelData& model) {
@@ -124,13 +158,14 @@ bool CommExcel::Attach(Session& session) {
       return true;
     } catch (const RuntimeFailure& failure) {
       lastFailure_ = static_cast<int>(failure.number());
-      const bool again = ++attachFailures_ == 1 &&
+      if (session.watchRun) return false;
+      const bool again = ++session.attachFailures == 1 &&
                          prompt().dialogs().Ask(
                              "You can open your Excel speadsheet now, and after click on OK.  \n"
                              "Else, click on Cancel to show, if exist, the previous plot, or the original demo.",
                              "Excel not running!", Buttons::OkCancel, Icon::Question) == Answer::Ok;
       if (again) continue;
-      session.keywordBox = "demo";
+      session.SourceMode = session.ExcelState = 2;
       return false;
     }
   }
@@ -145,6 +180,8 @@ void CommExcel::ReadNames(ModelData& model) {
   if (!path.empty() && path.back() != '/' && path.back() != '\\') model.WorkbookFolder += '/';
   model.SheetTitle = LeftCharacters(model.WorkbookName + "\\" + model.SheetName + "    Path:" + path, 128);
   Try([&] { start_ = sheet_.ActiveCell(); });
+  startFormula_.clear();
+  Try([&] { startFormula_ = sheet_.Formula(start_); });
 }
 
 bool CommExcel::HoldsKeyword(CellPosition cell, bool& empty) {
@@ -195,8 +232,7 @@ bool CommExcel::FindText(const std::string& text) {
 }
 
 bool CommExcel::FindKeyword(ModelData& model) {
-  bool empty = false;
-  const bool found = HoldsKeyword(start_, empty) || WalkLeft(start_) || WalkUp(start_) || FindText(kKeyword);
+  const bool found = Contains(startFormula_, kKeyword) || WalkLeft(start_) || WalkUp(start_) || FindText(kKeyword);
   if (!found) return false;
   Try([&] { model.keyword = sheet_.ActiveCell(); });
   model.ModelId = LeftCharacters(ValueAt(model.keyword.row, model.keyword.column), 64);

@@ -7,6 +7,7 @@
 #include "model/database.h"
 #include "model/directives.h"
 #include "model/primitive_spec.h"
+#include "model/range_plot.h"
 #include "model/worksheet.h"
 #include "numerics/environment.h"
 
@@ -53,30 +54,54 @@ struct ModelNotFound {
 // question; the name is built all the same.
 std::string RangeName(int row1, int column1, int row2, int column2, ErrorPrompt& prompt);
 
-// Finds the model and its database in the active sheet and reads them. One object a session: the count of attach
-// attempts and of failures lives as long as the program.
+// Finds out what the spreadsheet offers and reads it: the specification of a range plot, or a model with its database.
 class CommExcel {
  public:
-  // Where the data come from: 0 the workbook, 1 or more the plot file.
+  // What steers the readings and what they leave behind. One object a window, kept from run to run.
   struct Session {
-    int SourceMode = 0;
-    std::string keywordBox;  // the keyword box of the main window
+    int SourceMode = 0;    // 1: the sample plot, 2: the last plot; no spreadsheet is touched
+    int FileMode = 0;      // 1: a plot file was given at the start, which is shown instead
+    int SpecEntered = 0;   // 1: a specification was typed ...
+    std::string SpecText;  // ... this one
+    // What marks a specification; "demo" asks for the sample plot, and with an empty one there are no range plots.
+    std::string MainKeyword = std::string(kMainKeyword);
+    bool watchRun =
+        false;  // the watch runs it: nothing is asked, and the active cell goes before a typed specification
+
+    int ExcelState = 0;         // 2: there is no spreadsheet, the last plot is shown
+    int LinkReady = 0;          // 1: a workbook was reached
+    std::string specification;  // the one to plot
+
+    // Counters of failures, which live as long as the program.
+    int attachFailures = 0;
+    int failures = 0;
+    int ExcelBusyRetrynumber = 0;  // copies repeated because the spreadsheet was busy
+
+    // Typed texts give way to a cell that was taken.
+    void ForgetSpecification() {
+      SpecEntered = 0;
+      SpecText.clear();
+    }
   };
 
-  enum class Outcome { Model, PlotFile };
+  // Nothing: the watch found neither specification nor model, or no spreadsheet; what is shown stays.
+  enum class Outcome { Model, RangePlot, PlotFile, Nothing };
 
   CommExcel(Spreadsheet& sheet, CellText& reader, const Clock& clock) : sheet_(sheet), reader_(reader), clock_(clock) {}
 
-  // One reading, steps attach to database block. When the database block stays empty after a second reading the outcome
-  // is Model all the same: the run refuses it. Throws ModelNotFound when the keyword is absent.
+  // One reading. A plot file is left to the caller, and so is a range plot, whose specification stands in the session
+  // then. When the database block stays empty after a second reading the outcome is Model all the same: the run refuses
+  // it. Throws ModelNotFound when the keyword is absent.
   Outcome Read(ModelData& model, Session& session);
 
  private:
   // Runs a statement against the spreadsheet; false when it failed, its number then being in lastFailure_.
   bool Try(const std::function<void()>& statement);
 
-  bool LocateModel(ModelData& model, Session& session);
+  Outcome FindSource(ModelData& model, Session& session);
   bool Attach(Session& session);
+  bool TakeSpecification(Session& session);
+  bool IsSpecification(const std::string& text, const Session& session);
   void ReadNames(ModelData& model);
   bool FindKeyword(ModelData& model);
   bool WalkLeft(CellPosition start);
@@ -100,9 +125,9 @@ class CommExcel {
   Spreadsheet& sheet_;
   CellText& reader_;
   const Clock& clock_;
+  Session* session_ = nullptr;  // of the reading under way
   CellPosition start_;
-  int attachFailures_ = 0;
-  int failures_ = 0;
+  std::string startFormula_;  // of the active cell
   int lastFailure_ = 0;
 };
 

@@ -39,26 +39,10 @@ bool IsBlank(std::string_view field) {
   return true;
 }
 
-// A field without meaning: blank, a pair of quotes, or an error of a spreadsheet.
-bool IsEmptyField(std::string_view field) {
-  if (field.empty()) return true;
-  if (static_cast<signed char>(field.front()) > '#' && field.front() != 'E') return false;
-  return field.front() == '#' || field == "\"\"" || field.starts_with("Err:") || IsBlank(field);
-}
-
 // Without the quotes that a spreadsheet puts round a text when it writes one with quotes in it.
 std::string Unquoted(std::string_view field) {
   if (field.size() < 2 || field.front() != '"' || field.back() != '"') return std::string(field);
   return ReplaceAll(field.substr(1, field.size() - 2), "\"\"", "\"");
-}
-
-// A text that stays in its field.
-std::string FieldText(std::string_view text) {
-  std::string out(text);
-  for (char& c : out) {
-    if (static_cast<unsigned char>(c) < 0x20) c = ' ';
-  }
-  return out;
 }
 
 // Ten decimal places, or in full when these lose what single precision would show.
@@ -73,6 +57,20 @@ std::string TemporaryName(const std::string& name) {
 }
 
 }  // namespace
+
+bool IsEmptyField(std::string_view field) {
+  if (field.empty()) return true;
+  if (static_cast<signed char>(field.front()) > '#' && field.front() != 'E') return false;
+  return field.front() == '#' || field == "\"\"" || field.starts_with("Err:") || IsBlank(field);
+}
+
+std::string FieldText(std::string_view text) {
+  std::string out(text);
+  for (char& c : out) {
+    if (static_cast<unsigned char>(c) < 0x20) c = ' ';
+  }
+  return out;
+}
 
 std::string PlotDate(const CivilTime& time) {
   return DateText(time) + " " + TimeText(time);

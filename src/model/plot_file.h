@@ -17,6 +17,7 @@
 namespace orv {
 
 inline constexpr int kPlotFields = 15;
+inline constexpr const char* kPlotProgress = "plot file";  // the phase that is shown
 
 struct PlotHeader {
   std::string workbook;
@@ -38,6 +39,12 @@ std::string PlotHeaderText(const PlotHeader& header);
 PlotHeader ReadPlotHeader(std::string_view line, CellText& reader);
 // Whether the first bytes of a file are those of a plot file, whatever its encoding.
 bool IsPlotFile(std::string_view bytes);
+
+// A field without meaning: blank, a pair of quotes, or an error of a spreadsheet (#N/A).
+bool IsEmptyField(std::string_view field);
+
+// A text that stays in its field: control characters become blanks.
+std::string FieldText(std::string_view text);
 
 // The fields of a line, numbered from 1; views into the line.
 using PlotFields = std::array<std::string_view, kPlotFields + 1>;
@@ -107,6 +114,8 @@ class PlotFileWriter {
   PlotFileWriter& operator=(const PlotFileWriter&) = delete;
 
   void WriteLine(std::span<const std::string> fields);
+  // A line of fields that hold no control characters.
+  void WriteLine(const std::string& line) { Put(line); }
   void Commit();
 
  private:

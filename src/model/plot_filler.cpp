@@ -9,7 +9,6 @@
 namespace orv {
 namespace {
 
-constexpr const char* kProgressPhase = "plot file";
 constexpr int kProgressSteps = 60;
 constexpr long long kUnknownRowsStep = 1000;  // lines a progress step when the number of lines is not known
 
@@ -146,7 +145,7 @@ void PlotFiller::AddPair(ListTable& table, int& last, float first, float second)
 void PlotFiller::StepProgress() {
   if (lines_ % progressStep_ != 0 || progressCount_ >= kProgressSteps) return;
   ++progressCount_;
-  boxes_.Progress(kProgressPhase, (30 + 70.0 * progressCount_ / kProgressSteps) / 100);
+  boxes_.Progress(kPlotProgress, (30 + 70.0 * progressCount_ / kProgressSteps) / 100);
 }
 
 void PlotFiller::AddLine(std::string_view line, long long lineNumber) {
@@ -238,8 +237,8 @@ void PlotFiller::FinishValues() {
     std::copy(coordinate.begin(), coordinate.begin() + lastPoint_ + 1, lists_.PointList.row(0).begin());
   }
   const bool hasTimes = rangesKnown_ ? ranges_.range[1].present() : hasValue_;
-  lists_.EarthOn = scale_ != 1 && !switches_.PenUpMode;
-  lists_.TimePlot = lists_.EarthOn && hasTimes && source == 0;
+  lists_.EarthOn = scale_ != 1;
+  lists_.TimePlot = lists_.EarthOn && hasTimes;
   lists_.FindPlotValues();
   lists_.legend.LegendMin = lists_.legend.ScaleMin = lists_.PlotValueMin;
   lists_.legend.LegendMax = lists_.legend.ScaleMax = lists_.PlotValueMax;
@@ -258,7 +257,7 @@ void PlotFiller::Finish(PlotReading& reading) {
   lists_.Title = reading.header.Title();
   reading.lines = lines_ + beyond_.lines;
   reading.complete = true;
-  boxes_.Progress(kProgressPhase, 1);
+  boxes_.Progress(kPlotProgress, 1);
   lists_.KeepScale = 0;
   lists_.FirstDraw = 0;
   lists_.PlotNormalised = 0;

@@ -98,6 +98,19 @@ PlotReading ReadPlotFile(const PlotFileNames& names, PointLists& lists, CellText
   return reading;
 }
 
+PlotReading ReadPlotLines(const PlotHeader& header, std::span<const std::string> lines, const std::string& name,
+                          PointLists& lists, CellText& reader, std::string_view MainKeyword) {
+  PlotReading reading;
+  reading.source = PlotReading::Source::PlotFile;
+  PlotFiller filler(lists, reader);
+  filler.Begin(header, reading, MainKeyword);
+  long long lineNumber = 1;
+  for (const std::string& line : lines) filler.AddLine(line, ++lineNumber);
+  filler.Finish(reading);
+  filler.Tell(name);
+  return reading;
+}
+
 void MakeDefaultShape(PointLists& points, double scale) {
   constexpr int kCorners = 5;
   constexpr double kMost = std::numeric_limits<float>::max();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 
 #include "model/plot_file.h"
@@ -32,6 +33,10 @@ struct PlotReading {
 // told in the warning window; fields that are no numbers read as 0.
 PlotReading ReadPlotFile(const PlotFileNames& names, PointLists& lists, CellText& reader,
                          std::string_view MainKeyword = kMainKeyword);
+
+// The same for lines that come from elsewhere; `name` stands for the file in what is told.
+PlotReading ReadPlotLines(const PlotHeader& header, std::span<const std::string> lines, const std::string& name,
+                          PointLists& lists, CellText& reader, std::string_view MainKeyword = kMainKeyword);
 
 // Fills the lists with five points of a circle in the plane of x and y and with two events, for a plot file that holds
 // no point.

@@ -115,7 +115,7 @@ std::string RewriteTailForRotation(const std::string& tail, const AutomaticRotat
     prompt("Automatic rotation specification not compliant");
     prompt("Automatic rotation specification not compliant ");
   }
-  return head + "    R " + axis.substr(0, 1) + " " + angle + "      " + rest;
+  return head + "    R " + LeftCharacters(axis, 1) + " " + angle + "      " + rest;
 }
 
 }  // namespace orv

@@ -22,8 +22,9 @@ void CheckInside(CellPosition cell) {
   if (!InsideSheet(cell)) Raise(FailureNumber::ApplicationDefined);
 }
 
-// CR LF is one line break.
-void AppendOnOneLine(std::string& out, std::string_view value) {
+}  // namespace
+
+void AppendAsOneLine(std::string& out, std::string_view value) {
   if (value.find_first_of("\t\r\n") == std::string_view::npos) {
     out.append(value);
     return;
@@ -33,8 +34,6 @@ void AppendOnOneLine(std::string& out, std::string_view value) {
     out.push_back(value[k] == '\t' || value[k] == '\r' || value[k] == '\n' ? ' ' : value[k]);
   }
 }
-
-}  // namespace
 
 bool InsideSheet(CellPosition cell) {
   return cell.row >= 1 && cell.row <= kSheetRows && cell.column >= 1 && cell.column <= kSheetColumns;
@@ -173,7 +172,7 @@ std::string SheetGrid::RangeText(std::string_view a1Range) const {
     for (int column = range.first.column; column <= range.last.column; ++column) {
       if (column > range.first.column) text.push_back('\t');
       if (next == cells_.end() || next->first != KeyOf({row, column})) continue;
-      AppendOnOneLine(text, next->second.value);
+      AppendAsOneLine(text, next->second.value);
       ++next;
     }
     text.append("\r\n");

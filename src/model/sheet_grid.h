@@ -38,6 +38,9 @@ std::optional<CellPosition> ParseA1Cell(std::string_view text);
 // is no range of a sheet.
 CellRange ParseA1Range(std::string_view text);
 
+// Appends the value of a cell as it stands in a rectangle's text: every tab and line break (CR LF is one) as a blank.
+void AppendAsOneLine(std::string& out, std::string_view value);
+
 // The filled cells of one sheet. Every operation raises failure 1004 for a position outside the sheet.
 class SheetGrid {
  public:

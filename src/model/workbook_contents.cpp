@@ -83,10 +83,7 @@ std::string WorkbookBuilder::CellLabel(CellPosition cell) const {
 }
 
 std::string WorkbookBuilder::NumberText(double value) const {
-  std::string text = orv::NumberText(value);
-  const std::size_t point = text.find('.');
-  if (point != std::string::npos) text.replace(point, 1, locale_.decimalSeparator);
-  return text;
+  return LocalNumberText(value, locale_.decimalSeparator);
 }
 
 WorkbookContents WorkbookBuilder::Finish() {
@@ -120,6 +117,18 @@ bool TakeField(std::string_view& text, std::size_t digits, char separator, int& 
 }
 
 }  // namespace
+
+std::string LocalNumberText(double value, const std::string& decimalSeparator) {
+  std::string text = NumberText(value);
+  const std::size_t point = text.find('.');
+  if (point != std::string::npos) text.replace(point, 1, decimalSeparator);
+  return text;
+}
+
+std::string QuotedPart(std::string_view part) {
+  constexpr std::size_t kMostCharacters = 200;
+  return "'" + LeftCharacters(CleanUtf8(part), kMostCharacters) + "'";
+}
 
 std::string_view TrimWhiteSpace(std::string_view text) {
   constexpr std::string_view kWhiteSpace = " \t\r\n";

@@ -86,6 +86,12 @@ class WorkbookBuilder {
   std::size_t cutTexts_ = 0;
 };
 
+// A number as every store gives it: up to 15 digits, with the separator.
+std::string LocalNumberText(double value, const std::string& decimalSeparator);
+
+// The name of a part of the file, which may be any bytes, as complaints tell it: in quotes.
+std::string QuotedPart(std::string_view part);
+
 // A text without the white space of XML around it.
 std::string_view TrimWhiteSpace(std::string_view text);
 

@@ -11,6 +11,18 @@ struct CellPosition {
   friend bool operator==(const CellPosition&, const CellPosition&) = default;
 };
 
+// What is in front in a spreadsheet program, as the watch looks at it.
+struct SheetSnapshot {
+  std::string applicationName;  // empty where the store is no program
+  std::string workbookName;
+  int windowCount = 0;
+  std::string windowCaption;  // of the first window
+  std::string sheetName;
+  CellPosition activeCell;
+  std::string formula;  // of the active cell
+  friend bool operator==(const SheetSnapshot&, const SheetSnapshot&) = default;
+};
+
 // What the system needs of a spreadsheet: one active workbook with one active sheet and one active cell. Behind it
 // stand a workbook file, a sheet in memory, or a running spreadsheet program.
 //
@@ -58,6 +70,19 @@ class Spreadsheet {
 
   // Lets a running program work; called around large transfers.
   virtual void LetEventsThrough() {}
+
+  // Attaches when needed and looks at what is in front now; a running program answers it at once, or fails with 50290.
+  virtual SheetSnapshot Snapshot() {
+    Attach();
+    SheetSnapshot snapshot;
+    snapshot.windowCount = WindowCount();
+    snapshot.workbookName = WindowCaption(snapshot.windowCount);
+    snapshot.windowCaption = WindowCaption(1);
+    snapshot.sheetName = SheetName();
+    snapshot.activeCell = ActiveCell();
+    snapshot.formula = Formula(snapshot.activeCell);
+    return snapshot;
+  }
 };
 
 }  // namespace orv

@@ -324,7 +324,7 @@ void ReadXlsx(ZipArchive& archive, WorkbookBuilder& builder) {
   const std::string& fileName = builder.fileName();
   const std::string workbookPart = WorkbookPart(archive, fileName);
   if (workbookPart.ends_with(".bin")) builder.Fail("is a binary workbook (.xlsb); save it as .xlsx or .ods first.");
-  if (!archive.Has(workbookPart)) builder.Fail("is not a workbook: it holds no '" + workbookPart + "'.");
+  if (!archive.Has(workbookPart)) builder.Fail("is not a workbook: it holds no " + QuotedPart(workbookPart) + ".");
   const XmlPart workbook(archive.Read(workbookPart), fileName, workbookPart);
   if (LocalName(workbook.root().name()) != "workbook") builder.Fail("is a document of another kind, not a workbook.");
 

@@ -24,13 +24,13 @@ std::size_t TreeBytes(std::string_view text) {
 
 XmlPart::XmlPart(std::string text, const std::string& fileName, const std::string& partName) : text_(std::move(text)) {
   if (TreeBytes(text_) > kMaxTreeBytes) {
-    throw WorkbookError(fileName, "is too large: its part '" + partName + "' has too many elements.");
+    throw WorkbookError(fileName, "is too large: its part " + QuotedPart(partName) + " has too many elements.");
   }
   // White space alone counts between the spans of a paragraph, hence parse_ws_pcdata.
   const unsigned options = pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_embed_pcdata;
   const pugi::xml_parse_result result = document_.load_buffer_inplace(text_.data(), text_.size(), options);
   if (!result) {
-    throw WorkbookError(fileName, "is damaged: its part '" + partName + "' is not well-formed XML (" +
+    throw WorkbookError(fileName, "is damaged: its part " + QuotedPart(partName) + " is not well-formed XML (" +
                                       result.description() + " at byte " + std::to_string(result.offset) + ").");
   }
 }

@@ -70,7 +70,7 @@ bool ZipArchive::Has(std::string_view name) const {
 }
 
 std::string ZipArchive::Read(std::string_view name) {
-  const std::string label = "its part '" + std::string(name) + "'";
+  const std::string label = "its part " + QuotedPart(name);
   const auto found = index_.find(KeyOf(name));
   if (found == index_.end()) Fail("is damaged: " + label + " is missing.");
 

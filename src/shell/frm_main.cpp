@@ -23,9 +23,12 @@
 #include <QToolButton>
 #include <QToolTip>
 
+#include "numerics/installation.h"
 #include "numerics/paths.h"
+#include "shell/class_interface_dbus.h"
 #include "shell/form_parts.h"
 #include "shell/frm_warning.h"
+#include "shell/level_lines_panel.h"
 #include "shell/status_panel.h"
 #include "shell/tool_icons.h"
 #include "window/main_controls.h"
@@ -71,8 +74,9 @@ frmMain::frmMain(const WindowServices& services, QWidget* parent)
       options_(services.settings, view_, services.run.prompt),
       selection_(services.settings, services.run.prompt),
       windowSelection_(selection_, main_, this),
-      source_(services.run, windowSelection_, services.dataFolder),
-      specifications_(services.settings, services.run.prompt) {
+      source_(services.run, windowSelection_, services.dataFolder, services.link),
+      specifications_(services.settings, services.run.prompt),
+      bodies_(services.run.prompt, FindInstalled(services.program, "textures")) {
   setObjectName("frmMain");
   setWindowTitle("OrvValis");
   setAcceptDrops(true);
@@ -80,8 +84,9 @@ frmMain::frmMain(const WindowServices& services, QWidget* parent)
   options_.Load();
 
   BuildCentre();
-  scene_ = std::make_unique<ClassGl>(place_->View().Control(), run_.lists, view_, run_.prompt, run_.clock,
-                                     [this](PointLists& lists) { return source_.LoadSample(lists); });
+  scene_ = std::make_unique<ClassGl>(
+      place_->View().Control(), run_.lists, view_, run_.prompt, run_.clock,
+      [this](PointLists& lists) { return source_.LoadSample(lists); }, &bodies_);
   input_.reset(new ViewInput(*scene_, this));
   input_->SetEditState(kPanState);
   controls_ = std::make_unique<PlotControls>(*scene_, main_);
@@ -89,16 +94,22 @@ frmMain::frmMain(const WindowServices& services, QWidget* parent)
   replot_ = std::make_unique<Replot>(run_, view_, selection_, *controls_, main_);
   movie_ = std::make_unique<Movie>(
       run_.clock, [this](const std::string& name, const std::string& folder) { return SavePicture(name, folder); });
+  BuildLink();
   BuildMenus();
   BuildToolbar();
   BuildStatusBar();
+  levelLines_ = new LevelLinesPanel(this);
+  addDockWidget(Qt::RightDockWidgetArea, levelLines_);
+  levelLines_->hide();
+  levelLines_->told = [this](const std::string& text) { TellFault(text); };
   toPlot_ = new frmToPlot(selection_, main_, this);
   video_ = new frmVideo(*movie_, this);
   video_->setWindowFlag(Qt::Window);
   connect(video_, &frmVideo::Changed, this, [this] { Do([] {}); });
 
   connect(&services_.dialogs, &QtDialogs::ProgressChanged, this, [this](const QString& text, double share) {
-    ProgressBar1_->setVisible(busy_ > 0);
+    if (busy_ == 0) return;  // the sample, which a paint reads
+    ProgressBar1_->show();
     ProgressBar1_->setValue(30 + static_cast<int>(share * 70));
     pickPanel_->setText(text);
   });
@@ -186,9 +197,11 @@ void frmMain::BuildCentre() {
   connect(Command8_, &QPushButton::clicked, this, [this] { Do([this] { controls_->ClickCommand8(); }); });
   connect(Command9_, &QPushButton::clicked, this, [this] { Do([this] { controls_->ClickCommand9(); }); });
   connect(Command6_, &QPushButton::clicked, this, [this] {
-    if (BusyTold()) return;
-    source_.ChooseDemo();
-    UpdateExcel();
+    Do([this] {
+      if (BusyTold()) return;
+      source_.ChooseDemo();
+      ReadSource();
+    });
   });
 
   optionsFrame_ = new OptionsFrame(options_, centre);
@@ -238,6 +251,10 @@ void frmMain::BuildStatusBar() {
   Text1_->setAccessibleName("Command line");
   Text1_->setReadOnly(true);
   Text1_->setMinimumWidth(600);
+  Picture1_ = MakeLabel(Frame1_, "Picture1", "");
+  Picture1_->setAccessibleName("The plot as it stands in the view");
+  Picture1_->setAlignment(Qt::AlignCenter);
+  layout->addWidget(Picture1_);
   layout->addWidget(Text1_);
 }
 
@@ -290,7 +307,7 @@ void frmMain::BuildToolbar() {
     const std::string key(tool.key);
     SetUp(*button, QString::fromStdString(key), std::string(tool.tip), std::string(tool.tip));
     button->setIcon(ToolIcon(key));
-    button->setCheckable(tool.EditState != kNoState && tool.EditState <= 12);
+    button->setCheckable((tool.EditState != kNoState && tool.EditState <= 12) || tool.EditState == kFrozenStartState);
     button->setFocusPolicy(Qt::TabFocus);
     connect(button, &QToolButton::clicked, this, [this, key] { Do([&] { DoTool(key); }); });
     bar->addWidget(button);
@@ -307,15 +324,17 @@ void frmMain::showEvent(QShowEvent* event) {
 
 // What happens at the first activation.
 void frmMain::Start() {
+  AskInteractive();
+  interactive_ = options_.InteractiveMark();
   const std::string layout = services_.settings.Read(kLayoutSection, kLayoutKey, "");
   if (!layout.empty()) restoreState(QByteArray::fromBase64(QByteArray::fromStdString(layout)));
-  AskInteractive();
+  bus_->Register();
   specifications_.Combo1_InitList(kRememberedSpecifications);
   FillSpecifications();
   timer_.start(kTickMs);
   const QToolButton* const image = tools_.at("imagespot");
   QToolTip::showText(image->mapToGlobal(QPoint(0, image->height())), image->toolTip());
-  if (source_.Source() != PlotSource::Demo) UpdateExcel();
+  ReadSource();
 }
 
 // Interactivity that was stored is confirmed at the start, or switched off.
@@ -383,8 +402,11 @@ void frmMain::Refresh() {
 }
 
 void frmMain::RefreshTools() {
+  // A new plot or a reset ends the frozen start.
+  if (!view_.frozen && input_->EditState() == kFrozenStartState) input_->SetEditState(toolbar_.MarkedState());
+  toolbar_.SetMovieFlag(movie_->Flag());
   for (const auto& [key, button] : tools_) {
-    if (button->isCheckable()) button->setChecked(key == toolbar_.Marked());
+    if (button->isCheckable()) button->setChecked(key == "frozenstart" ? view_.frozen : key == toolbar_.Marked());
   }
 }
 
@@ -397,6 +419,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
     return;
   }
   timer_.stop();
+  options_.StoreTyped();
   SaveLayout();
   services_.warning.close();
   QMainWindow::closeEvent(event);

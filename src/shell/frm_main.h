@@ -11,7 +11,11 @@
 #include "shell/glx_widget.h"
 #include "shell/options_frame.h"
 #include "shell/qt_dialogs.h"
+#include "shell/settings_store.h"
 #include "view/edit_state.h"
+#include "view/scene_bodies.h"
+#include "window/class_interface.h"
+#include "window/excel_watch.h"
 #include "window/main_run.h"
 #include "window/main_state.h"
 #include "window/menus.h"
@@ -33,19 +37,26 @@ namespace orv {
 // What the window works with; all outlive it.
 struct WindowServices {
   RunContext& run;
-  SettingsStore& settings;
+  FileSettings& settings;
   QtDialogs& dialogs;
   frmWarning& warning;
-  std::string dataFolder;  // of the sample plot and the trace file, with a trailing separator
-  std::string program;     // full name of the program's file
+  std::string dataFolder;             // of the sample plot and the trace file, with a trailing separator
+  std::string program;                // full name of the program's file
+  Spreadsheet& link;                  // the running spreadsheet
+  std::string door;                   // by which a running Calc is reached; empty for the usual one
+  ExcelApplication* excel = nullptr;  // of Excel alone
 };
+
+class ClassInterfaceBus;
+class LevelLinesPanel;
+class frmManual;
 
 // The first panel of the status bar: a text that can be clicked.
 class StatusPanel;
 
 // The main window: the view in the middle, the toolbar, the specification, the bars that drive the plot, the status bar
 // and the options. What its controls do is told by the rooms of the folder window; this class shows it.
-class frmMain : public QMainWindow, private ViewListener, private ViewWindow {
+class frmMain : public QMainWindow, private ViewListener, private ViewWindow, private WatchHost {
   Q_OBJECT
 
  public:
@@ -54,12 +65,13 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow {
 
   // Opens a workbook or a plot file, by its content. asArgument: a plot file hides the menus.
   void OpenFile(const std::string& name, bool asArgument = false);
-  // One full run from the chosen source.
+  // The menu: the plot anew from the running spreadsheet.
   void UpdateExcel();
 
   glxWidget& View() { return place_->View(); }
   ClassGl& Scene() { return *scene_; }
   const MainState& State() const { return main_; }
+  MainRun& Source() { return source_; }
   bool Busy() const { return busy_ > 0; }
 
  protected:
@@ -93,6 +105,13 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow {
   void ClickStatus(const ClickKeys& keys);
   void RunNow(const std::function<bool()>& work);
   void EnterSpecification();
+  void BuildLink();
+  void ReadSource();
+  void FullRun();
+  void TakeSpecification();
+  void NoteInteractive();
+  void ShowInterfacePlot();
+  void ShowLevelLines(bool shown);
   void ChooseWorkbook();
   void ShowOptions(bool shown);
   void LookFrom(const Vec3& position, const Vec3& up);
@@ -100,10 +119,12 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow {
   bool SavePicture(const std::string& name, const std::string& folder);
   void ToggleMovie();
   void RunPowerPoint();
+  void OpenDoor();
   void Print();
   void OpenResultFolder();
   void OpenManual();
   std::string ImageDirectory() const;
+  void RefreshDirectory();
   void Tick();
   void ShowPick(double x, double y);
 
@@ -121,9 +142,18 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow {
   void KeyUp(int& KeyCode, int Shift) override;
   void KeyPress(int& KeyAscii) override;
   void ProgramEnded() override;
+  // WatchHost
+  bool RunCommExcel() override;
+  void ForgetPlot() override;
+  void EnableInteractiveMenus(bool enabled) override;
+  bool InteractiveOn() const override;
+  void ClearInteractive() override;
+  void LinkChanged() override;
   // ViewWindow
   void CloseOptions() override;
   void CaptionOfCheck3(const std::string& caption) override;
+  void KeepBackground(const std::array<double, 3>& colour) override { options_.KeepBackground(colour); }
+  std::array<double, 3> StoredBackground() const override { return options_.StoredBackground(); }
 
   WindowServices services_;
   RunContext& run_;
@@ -133,10 +163,14 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow {
   ToPlotForm selection_;
   WindowSelection windowSelection_;
   MainRun source_;
+  std::unique_ptr<ExcelWatch> watch_;
+  std::unique_ptr<ClassInterface> interface_;
+  ClassInterfaceBus* bus_ = nullptr;
   SpecificationList specifications_;
   Toolbar toolbar_;
 
   GlxPlace* place_ = nullptr;
+  OrbitBodies bodies_;
   std::unique_ptr<ClassGl> scene_;
   std::unique_ptr<ViewInput> input_;
   std::unique_ptr<PlotControls> controls_;
@@ -165,8 +199,11 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow {
   OptionsFrame* optionsFrame_ = nullptr;
   QWidget* Frame1_ = nullptr;
   QLineEdit* Text1_ = nullptr;
+  QLabel* Picture1_ = nullptr;
   frmToPlot* toPlot_ = nullptr;
   frmVideo* video_ = nullptr;
+  frmManual* manual_ = nullptr;
+  LevelLinesPanel* levelLines_ = nullptr;
   QTimer timer_;
   int busy_ = 0;
   int heldKey_ = 0;
@@ -175,6 +212,7 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow {
   bool closing_ = false;
   bool ending_ = false;  // an abort answer was given
   bool ticking_ = false;
+  bool interactive_ = false;  // as the watch knows it
 };
 
 }  // namespace orv

@@ -3,31 +3,22 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
-#include <QPrintDialog>
-#include <QPrinter>
 #include <QProgressBar>
-#include <QStandardPaths>
 #include <QToolTip>
-#include <QUrl>
 #include <algorithm>
-#include <filesystem>
 
 #include "analysis/cell_address.h"
-#include "numerics/paths.h"
 #include "numerics/text.h"
 #include "shell/form_parts.h"
 #include "shell/frm_main.h"
 #include "shell/frm_warning.h"
 #include "shell/status_panel.h"
-#include "view/capture.h"
 #include "view/cell_picking.h"
 #include "window/help_texts.h"
 
@@ -37,8 +28,6 @@ namespace {
 
 constexpr double kViewDistance = 100;
 constexpr int kBusyCursor = 11;
-constexpr int kNormalCursor = 0;
-constexpr const char* kManual = "docs/README.md";
 
 CivilTime FileTime(const std::string& file) {
   const QDateTime time = QFileInfo(QString::fromStdString(file)).lastModified();
@@ -83,6 +72,7 @@ void frmMain::ProgramEnded() {
   ending_ = true;
   timer_.stop();
   if (busy_ > 0) services_.dialogs.RequestEnd();
+  options_.StoreTyped();
   SaveLayout();
   services_.warning.close();
   hide();
@@ -100,12 +90,13 @@ void frmMain::RunNow(const std::function<bool()>& work) {
   // What a run leaves behind, however it ends.
   struct Guard {
     explicit Guard(frmMain& main) : window(main) {
-      ++window.busy_;
+      // The lists are in the making: the last picture stands meanwhile.
+      if (++window.busy_ == 1) window.View().Hold(true);
       window.View().Control().Cursor(kBusyCursor);
       window.Refresh();
     }
     ~Guard() {
-      --window.busy_;
+      if (--window.busy_ == 0) window.View().Hold(false);
       window.input_->SetEditState(window.input_->EditState());
       window.ProgressBar1_->hide();
       window.pickPanel_->clear();
@@ -117,6 +108,7 @@ void frmMain::RunNow(const std::function<bool()>& work) {
   {
     Guard guard(*this);
     guard.shown = work();
+    ShowLevelLines(guard.shown);
   }
   setWindowTitle(source_.File().empty() ? QString("OrvValis")
                                         : "OrvValis - " + QFileInfo(QString::fromStdString(source_.File())).fileName());
@@ -133,29 +125,14 @@ void frmMain::OpenFile(const std::string& name, bool asArgument) {
     source_.SetFileMode();
     for (const std::string_view menu : kMenusHiddenInFileMode) menuActions_.at(std::string(menu))->setVisible(false);
   });
-  if (started_) UpdateExcel();
-}
-
-void frmMain::UpdateExcel() {
-  Do([this] {
-    if (replot_->Busy()) return;
-    replot_->PrepareUpdate();
-    if (!replot_->Begin()) return;
-    RunNow([this] { return source_.CommExcelRun(); });
-    if (source_.Source() != PlotSource::Workbook) return;
-    // Only a workbook that could be read is one to come back to.
-    if (source_.WorkbookRead() == source_.File()) {
-      RememberWorkbook(services_.settings, run_.prompt, source_.File());
-    } else {
-      ForgetWorkbook(services_.settings, run_.prompt, source_.File());
-    }
-  });
+  if (started_) Do([this] { ReadSource(); });
 }
 
 void frmMain::DoReplot(ReplotAction action) {
   switch (action) {
     case ReplotAction::FullRun:
-      RunNow([this] { return source_.CommExcelRun(); });
+      FullRun();
+      watch_->TakeAsActedOn();
       break;
     case ReplotAction::ShowSelection:
       replot_->OpenSelection();
@@ -173,15 +150,6 @@ void frmMain::DoReplot(ReplotAction action) {
 void frmMain::ClickStatus(const ClickKeys& keys) {
   DoReplot(replot_->Click(keys));
   View().Control().Redraw();
-}
-
-void frmMain::EnterSpecification() {
-  if (BusyTold()) return;
-  const std::string text = Combo1_->currentText().toStdString();
-  specifications_.Enter(text);
-  FillSpecifications();
-  if (LowerCase(Trim(text)) == "demo") source_.ChooseDemo();
-  UpdateExcel();
 }
 
 void frmMain::ChooseWorkbook() {
@@ -234,6 +202,9 @@ void frmMain::DoMenu(MenuAction action) {
       toolbar_.SetMovieFlag(!toolbar_.MovieFlag());
       ToggleMovie();
       break;
+    case MenuAction::OpenDoor:
+      OpenDoor();
+      break;
     case MenuAction::RunPowerPoint:
       RunPowerPoint();
       break;
@@ -248,6 +219,7 @@ void frmMain::DoMenu(MenuAction action) {
       break;
     case MenuAction::Interactive:
       options_.mnuOinteractive_Click();
+      NoteInteractive();
       optionsFrame_->Refresh();
       break;
     case MenuAction::Grid:
@@ -316,7 +288,6 @@ void frmMain::DoTool(const std::string& key) {
     case ToolAction::FrozenStart: {
       const int state = controls_->FrozenStart(toolbar_.MarkedState());
       input_->SetEditState(state);
-      view_.frozen = state == kEditStateFrozen;
       View().Control().Redraw();
       return;  // the frozen state stays until the second press
     }
@@ -333,109 +304,21 @@ void frmMain::DoTool(const std::string& key) {
       break;
   }
   if (click.EditStateAfter != kNoState) input_->SetEditState(click.EditStateAfter);
+  if (click.refreshDirectory) RefreshDirectory();
   if (key == "lightback") {
-    options_.OptionAffecteUser();
+    options_.ShowBackground();
     optionsFrame_->Refresh();
   }
   View().Control().Redraw();
 }
 
-std::string frmMain::ImageDirectory() const {
-  const std::string pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation).toStdString();
-  return ImageFolder(options_.ImageDirectory(), run_.model.WorkbookFolder, pictures);
-}
-
-bool frmMain::SavePicture(const std::string& name, const std::string& folder) {
-  const Image picture = View().Picture();
-  const std::string file = SaveName(name, folder);
-  const std::string failure = picture.rgb.empty() ? "There is no picture to save." : WriteBitmap(file, picture);
-  if (!failure.empty()) {
-    services_.dialogs.Log("_" + failure);
-    pickPanel_->setText(QString::fromStdString(failure));
-    return false;
-  }
-  pickPanel_->setText("Saved " + QString::fromStdString(file));
-  return true;
-}
-
-void frmMain::SaveImage(const std::string& name) {
-  View().Control().Cursor(kBusyCursor);
-  SavePicture(name, ImageDirectory());
-  View().Control().Cursor(kNormalCursor);
-}
-
-void frmMain::ToggleMovie() {
-  if (!movie_->mnuFMovieSaveAs(ImageDirectory())) return;
-  movie_->Form_Load();
-  video_->SetFolder(ImageDirectory());
-  video_->Refresh();
-  video_->show();
-  video_->raise();
-}
-
-void frmMain::RunPowerPoint() {
-  // The text file that was read or written last.
-  std::string source = source_.LastTextFile();
-  if (source_.Source() == PlotSource::Workbook) source = run_.record.TraceFile;
-  if (source.empty()) {
-    services_.dialogs.Tell("There is no text file to copy.", "To run in PowerPoint");
-    return;
-  }
-  const std::string copy = services_.dataFolder + PowerPointFileName(run_.clock.Local());
-  std::error_code error;
-  std::filesystem::copy_file(PathOf(source), PathOf(copy), std::filesystem::copy_options::overwrite_existing, error);
-  if (error) {
-    services_.dialogs.Tell("\"" + copy + "\" could not be written: " + error.message(), "To run in PowerPoint",
-                           Icon::Critical);
-    return;
-  }
-  Text1_->setText(QString::fromStdString(PowerPointCommand(services_.program, copy)));
-  Text1_->selectAll();
-  Text1_->copy();
-  Frame1_->show();
-}
-
-void frmMain::Print() {
-  QPrinter printer(QPrinter::HighResolution);
-  QPrintDialog dialog(&printer, this);
-  if (dialog.exec() != QDialog::Accepted) return;
-  const Image picture = View().Picture();
-  QPainter painter;
-  if (picture.rgb.empty() || !painter.begin(&printer)) {
-    services_.dialogs.Tell("error Sub mnuFPrint_Click ", "Print", Icon::Critical);
-    run_.prompt.AbortQuestion();
-    return;
-  }
-  const QImage image(picture.rgb.data(), picture.width, picture.height, qsizetype{3} * picture.width,
-                     QImage::Format_RGB888);
-  const QRect page = painter.viewport();
-  const QSize size = image.size().scaled(page.size(), Qt::KeepAspectRatio);
-  painter.drawImage(QRect(page.topLeft(), size), image);
-}
-
-void frmMain::OpenResultFolder() {
-  const std::string folder = run_.model.WorkbookFolder.empty() ? services_.dataFolder : run_.model.WorkbookFolder;
-  if (!QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(folder)))) {
-    services_.dialogs.Tell("No file manager opens \"" + folder + "\".", "Folder");
-  }
-}
-
-void frmMain::OpenManual() {
-  const QFileInfo program(QString::fromStdString(services_.program));
-  for (const char* const up : {"/../share/doc/orvvalis/", "/../../", "/../", "/"}) {
-    const QFileInfo manual(program.absolutePath() + up + kManual);
-    if (!manual.exists()) continue;
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(manual.absoluteFilePath()))) {
-      services_.dialogs.Tell("No program opens the manual, " + manual.absoluteFilePath().toStdString() + ".", "Manual");
-    }
-    return;
-  }
-  services_.dialogs.Tell("The manual is not beside the program.", "Manual");
-}
-
 void frmMain::Tick() {
   TimerWork work;
-  work.linkBusy = [this] { return busy_ > 0; };
+  NoteInteractive();
+  work.linkBusy = [this] { return busy_ > 0 || watch_->ExcelWatchBusy() == 1; };
+  work.watch = [this] {
+    if (options_.InteractiveMark() || watch_->Wanted()) watch_->Tick();
+  };
   work.spin = [this] { return input_->SpinStep(); };
   work.movie = [this] {
     if (movie_->MovieSaveAs()) Refresh();

@@ -1,5 +1,6 @@
 #include "shell/frm_video.h"
 
+#include <QCloseEvent>
 #include <QFile>
 #include <QFileDialog>
 #include <QGridLayout>
@@ -148,6 +149,14 @@ void frmVideo::Refresh() {
     frames_ = {folder_, movie_.BaseName(), movie_.MovieFrame() - 1, movie_.MovieInterval()};
   }
   if (!form.visible && isVisible()) hide();
+}
+
+void frmVideo::closeEvent(QCloseEvent* event) {
+  QWidget::closeEvent(event);
+  if (!movie_.Flag()) return;
+  movie_.Command3_Click();
+  Refresh();
+  Q_EMIT Changed();
 }
 
 // --- the video -------------------------------------------------------------------------------------------------------

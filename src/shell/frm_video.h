@@ -35,6 +35,10 @@ class frmVideo : public QWidget {
   bool Encoding() const { return process_ != nullptr; }
   void StopVideo();
 
+ protected:
+  // Ends the movie, as "End Video".
+  void closeEvent(QCloseEvent* event) override;
+
  Q_SIGNALS:
   // After each command and move of a bar.
   void Changed();

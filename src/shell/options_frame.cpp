@@ -139,8 +139,11 @@ QWidget* OptionsFrame::MakeControl(const ControlEntry& entry) {
       QScrollBar* bar =
           MakeScroll(this, name, static_cast<int>(entry.minimum), static_cast<int>(entry.maximum), 0, tip);
       bar->setInvertedControls(false);
-      connect(bar, &QScrollBar::valueChanged, this,
-              [this, &entry](int value) { Change(entry, std::to_string(value)); });
+      connect(bar, &QScrollBar::valueChanged, this, [this, bar, &entry](int value) {
+        Type(entry, std::to_string(value));
+        if (!bar->isSliderDown()) form_.StoreTyped();
+      });
+      connect(bar, &QScrollBar::sliderReleased, this, [this] { form_.StoreTyped(); });
       return bar;
     }
     case ControlKind::Button: {
@@ -151,7 +154,8 @@ QWidget* OptionsFrame::MakeControl(const ControlEntry& entry) {
     default: {
       QLineEdit* edit = MakeEdit(this, name, {}, tip);
       connect(edit, &QLineEdit::textEdited, this,
-              [this, &entry](const QString& text) { Change(entry, text.toStdString()); });
+              [this, &entry](const QString& text) { Type(entry, text.toStdString()); });
+      connect(edit, &QLineEdit::editingFinished, this, [this] { form_.StoreTyped(); });
       return edit;
     }
   }
@@ -357,6 +361,12 @@ void OptionsFrame::ShowPatches() {
 
 void OptionsFrame::Change(const ControlEntry& entry, const std::string& text) {
   form_.Change(entry.name, entry.index, text);
+  Refresh();
+  Q_EMIT Changed();
+}
+
+void OptionsFrame::Type(const ControlEntry& entry, const std::string& text) {
+  form_.Type(entry.name, entry.index, text);
   Refresh();
   Q_EMIT Changed();
 }

@@ -43,6 +43,7 @@ class OptionsFrame : public QFrame {
 
   QWidget* Of(std::string_view name, int index = kSingle) const;
   void Change(const ControlEntry& entry, const std::string& text);
+  void Type(const ControlEntry& entry, const std::string& text);
   void Press(std::string_view name);
   void ShowControl(const ControlEntry& entry, QWidget* control);
   void TakeRoom();

@@ -69,11 +69,11 @@ void SceneAxes::Compile(GlApi& gl) {
 
 void SceneAxes::AddAxisFromCenter(GlApi& gl, const Options& options, double lineSized, double col01rd, double col01gd,
                                   double col01bd, double col02rd, double col02gd, double col02bd, double posxd,
-                                  double posyd, double poszd) {
+                                  double posyd, double poszd, double pixelRatio) {
   if (!std::isfinite(posxd) || !std::isfinite(posyd) || !std::isfinite(poszd)) return;
   if (lineList_ == 0) lineList_ = gl.GenLists(1);
   gl.NewList(lineList_);
-  gl.LineWidth(static_cast<float>(lineSized));
+  gl.LineWidth(static_cast<float>(lineSized * pixelRatio));
   gl.Begin(GL_LINE_STRIP);
   gl.Color(ColourOf(col01rd, col01gd, col01bd, 1));
   gl.Point({0, 0, 0});
@@ -81,7 +81,7 @@ void SceneAxes::AddAxisFromCenter(GlApi& gl, const Options& options, double line
   gl.Point(VertexAt(posxd, posyd, poszd));
   gl.End();
   const double linePlot = options.ThicknessLinePlot;
-  gl.LineWidth(static_cast<float>(linePlot == 0 ? 0.1 : linePlot));
+  gl.LineWidth(static_cast<float>((linePlot == 0 ? 0.1 : linePlot) * pixelRatio));
   gl.EndList();
   gl.CallList(lineList_);
 }

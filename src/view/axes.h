@@ -17,10 +17,11 @@ class SceneAxes {
   void Draw(GlApi& gl, const Options& options, double RRMAXAXES, const WideLine& wide = {});
 
   // A line from the origin of the matrix in force to a position, at once: the first colour at the origin, the second
-  // with alpha 0.6 at the end. `lineSized` is its width in pixels; afterwards the width is `Thickness LinePlot`.
+  // with alpha 0.6 at the end. `lineSized` is its width in logical pixels of `pixelRatio` device pixels; afterwards the
+  // width is `Thickness LinePlot`.
   void AddAxisFromCenter(GlApi& gl, const Options& options, double lineSized, double col01rd, double col01gd,
                          double col01bd, double col02rd, double col02gd, double col02bd, double posxd, double posyd,
-                         double poszd);
+                         double poszd, double pixelRatio = 1);
 
   // Gives the lists back.
   void Release(GlApi& gl);

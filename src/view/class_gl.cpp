@@ -63,6 +63,7 @@ void ClassGl::InitGL() {
   // A new context knows nothing of the lists and fonts of an old one.
   plot_ = DynamicPlot();
   axes_ = SceneAxes();
+  bodies_.NewContext();
   maravoFont_ = false;
   SetFirstLight(1);
 
@@ -123,6 +124,7 @@ void ClassGl::Reset() {
   sampleTried_ = true;
   if (lists_.Scaled) playback_.Restore(lists_);  // the same lists once more: back to where they were filled
   NormaliseLists(lists_, scale_, prompt_);
+  ++plotNumber_;
   SetFirstLight(scale_.RRMAXAXES * 0.01);
   playback_.Renew();
   plot_.Renew();
@@ -314,6 +316,7 @@ bool ClassGl::TheUpdateTimer_ThatTime(const TimerWork& work) {
   if (tickFive_ != 5) return turned;
   if (view_.STEPPT == 0) view_.STEPPT = 100;
   bool changed = turned;
+  if (view_.animation && redrawState_ == kRunning && bodies_.TimerStep(*this)) changed = true;
   if (view_.animation && redrawState_ == kRunning && lists_.NumberPoints != kNoEntry) {
     const int before = currIndexI_;
     const int traceBefore = lists_.TraceMax;

@@ -25,6 +25,10 @@ class SceneBodies {
   virtual void SetSunLight(ClassGl&) {}
   virtual void DrawEarth(ClassGl&) {}
   virtual void DrawMoon(ClassGl&) {}
+  // A step of the timer in a plot that runs; true when they turned.
+  virtual bool TimerStep(ClassGl&) { return false; }
+  // What was made with another context is gone.
+  virtual void NewContext() {}
 };
 
 // What the timer of the view also drives.
@@ -76,6 +80,8 @@ class ClassGl : public GlEvents {
   int RedrawState() const { return redrawState_; }
   void SetRedrawState(int state) { redrawState_ = state; }
   int RollingIndex() const { return rollingIndex_; }
+  // Rises with each plot that is taken in.
+  long PlotNumber() const { return plotNumber_; }
   float RRMAXAXES() const { return scale_.RRMAXAXES; }
   const SceneScale& Scale() const { return scale_; }
   const DynamicPlot& Plot() const { return plot_; }
@@ -114,6 +120,7 @@ class ClassGl : public GlEvents {
   int currIndexI_ = 0;
   int currIndexMini_ = 0;
   int rollingIndex_ = 0;
+  long plotNumber_ = 0;
   int redrawState_ = kRunning;
   int tickTen_ = 1;
   int tickFive_ = 1;

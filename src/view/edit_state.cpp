@@ -391,11 +391,10 @@ void ViewInput::SetGrids(bool shown) {
 void ViewInput::LightBack() {
   std::array<double, 3>& background = scene_.View().options.ColourOfBackGround;
   if (background != kWhite) {
-    replacedBackground_ = background;
+    window_.KeepBackground(background);
     background = kWhite;
   } else {
-    background = replacedBackground_.value_or(Options{}.ColourOfBackGround);
-    replacedBackground_.reset();
+    background = window_.StoredBackground();
   }
 }
 

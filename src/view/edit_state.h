@@ -60,6 +60,12 @@ class ViewWindow {
   virtual void CloseOptions() {}
   // "REAL_ISO" or empty.
   virtual void CaptionOfCheck3(const std::string& /*caption*/) {}
+  // White takes the place of a background, and the background that it gives back.
+  virtual void KeepBackground(const std::array<double, 3>& colour) { keptBackground_ = colour; }
+  virtual std::array<double, 3> StoredBackground() const { return keptBackground_; }
+
+ private:
+  std::array<double, 3> keptBackground_ = Options{}.ColourOfBackGround;
 };
 
 // Mouse and keys of the view. Places are device pixels from the left and the top; what a drag does goes by logical
@@ -110,8 +116,6 @@ class ViewInput {
   double LastNormX() const { return lastNorm_.x; }
   double LastNormY() const { return lastNorm_.y; }
   bool KeyFlag() const { return keyFlag_; }  // flipped by key 84
-  // The background that white stands for now.
-  const std::optional<std::array<double, 3>>& ReplacedBackground() const { return replacedBackground_; }
 
  private:
   struct Place {
@@ -151,7 +155,6 @@ class ViewInput {
   bool dragging_ = false;
   bool animate_ = true;
   bool keyFlag_ = false;
-  std::optional<std::array<double, 3>> replacedBackground_;
 };
 
 }  // namespace orv

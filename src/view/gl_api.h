@@ -88,6 +88,12 @@ class GlApi {
   virtual void DeleteQuadric() = 0;
   virtual void Sphere(double radius, int slices, int stacks, bool textured) = 0;
 
+  // Textures: a picture of red, green, blue, rows from the top, no padding, repeated sideways and smoothed at every
+  // size. Its first row lies at t = 1, its first column at s = 0. 0 when the system cannot take it. Binding 0 unbinds.
+  virtual GLuint MakeTexture(int width, int height, std::span<const std::uint8_t> rgb) = 0;
+  virtual void BindTexture(GLuint texture) = 0;
+  virtual void DeleteTexture(GLuint texture) = 0;
+
   // Selection.
   virtual void LoadName(GLuint name) = 0;
 

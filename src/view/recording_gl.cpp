@@ -81,6 +81,7 @@ std::array<double, 3> DrawnPrimitive::OnDevice(std::size_t vertex) const {
 void RecordingGl::StartPaint() {
   calls_.clear();
   primitives_.clear();
+  spheres_.clear();
   pictures_.clear();
   rectangles_.clear();
   errors_.clear();
@@ -248,6 +249,23 @@ void RecordingGl::Sphere(double radius, int slices, int stacks, bool textured) {
         {},
         {radius, static_cast<double>(slices), static_cast<double>(stacks), textured ? 1.0 : 0.0}});
 }
+GLuint RecordingGl::MakeTexture(int width, int height, std::span<const std::uint8_t> rgb) {
+  calls_.push_back({GlOperation::MakeTexture, {}, {static_cast<double>(width), static_cast<double>(height)}});
+  if (inPrimitive_) Refuse("MakeTexture between Begin and End");
+  if (width <= 0 || height <= 0) return 0;
+  const std::size_t bytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3;
+  if (rgb.size() < bytes) Raise(FailureNumber::SubscriptOutOfRange);
+  const auto picture = rgb.first(bytes);
+  textures_[nextTexture_] = {width, height, {picture.begin(), picture.end()}};
+  return nextTexture_++;
+}
+void RecordingGl::BindTexture(GLuint texture) {
+  Take({GlOperation::BindTexture, {texture}, {}});
+}
+void RecordingGl::DeleteTexture(GLuint texture) {
+  calls_.push_back({GlOperation::DeleteTexture, {texture}, {}});
+  textures_.erase(texture);
+}
 void RecordingGl::LoadName(GLuint name) {
   Take({GlOperation::LoadName, {name}, {}});
 }
@@ -369,7 +387,9 @@ void RecordingGl::ExecuteMatrix(const GlCall& call) {
   const auto& v = call.values;
   switch (call.operation) {
     case GlOperation::LoadMatrix:
-      (call.names[0] == GL_PROJECTION ? state_.projection : state_.modelview) = *call.matrix;
+      (call.names[0] == GL_PROJECTION ? state_.projection
+       : call.names[0] == GL_TEXTURE  ? state_.texture
+                                      : state_.modelview) = *call.matrix;
       break;
     case GlOperation::PushMatrix:
       if (matrixStack_.size() + 1 >= kMatrixStack) Refuse("PushMatrix beyond the stack");
@@ -428,6 +448,15 @@ void RecordingGl::ExecuteState(const GlCall& call) {
       break;
     case GlOperation::LoadName:
       state_.name = call.names[0];
+      break;
+    case GlOperation::BindTexture:
+      if (call.names[0] != 0 && !textures_.contains(call.names[0])) {
+        Refuse("BindTexture of texture " + std::to_string(call.names[0]) + ", which is not there");
+      }
+      state_.textureName = call.names[0];
+      break;
+    case GlOperation::Sphere:
+      spheres_.push_back({call.values[0], number(1), number(2), call.values[3] != 0, state_});
       break;
     default:
       break;  // lights, materials and Clear leave nothing that a drawn primitive would show here

@@ -42,6 +42,9 @@ enum class GlOperation {
   MakeQuadric,
   DeleteQuadric,
   Sphere,
+  MakeTexture,
+  BindTexture,
+  DeleteTexture,
   LoadName,
   DrawPicture,
   FillRectangle,
@@ -76,7 +79,9 @@ struct DrawingState {
   std::array<GLenum, 2> blend{GL_ONE, GL_ZERO};
   Rgba clearColour{0, 0, 0, 0};
   double clearDepth = 1;
-  GLuint name = 0;  // of the selection
+  Matrix4 texture{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+  GLuint textureName = 0;  // bound
+  GLuint name = 0;         // of the selection
 
   bool On(GLenum capability) const { return enabled.contains(capability); }
 };
@@ -89,6 +94,15 @@ struct DrawnPrimitive {
   // A vertex as the eye sees it (modelview), and in device coordinates -1 .. 1.
   std::array<double, 3> InEye(std::size_t vertex) const;
   std::array<double, 3> OnDevice(std::size_t vertex) const;
+};
+
+struct DrawnSphere {
+  double radius;
+  int slices, stacks;
+  bool textured;
+  DrawingState state;
+  // Its centre as the eye sees it.
+  std::array<double, 3> InEye() const { return {state.modelview[12], state.modelview[13], state.modelview[14]}; }
 };
 
 struct DrawnPicture {
@@ -118,6 +132,13 @@ class RecordingGl : public GlApi {
   const std::vector<DrawnPrimitive>& Primitives() const { return primitives_; }
   std::vector<DrawnPrimitive> PrimitivesOf(GLenum primitive) const;
   std::vector<DrawnPrimitive> PrimitivesIn(GLuint list) const;
+  const std::vector<DrawnSphere>& Spheres() const { return spheres_; }
+  // Textures that are there, by name: the pictures as given.
+  struct KeptTexture {
+    int width, height;
+    std::vector<std::uint8_t> rgb;
+  };
+  const std::map<GLuint, KeptTexture>& Textures() const { return textures_; }
   const std::vector<DrawnPicture>& Pictures() const { return pictures_; }
   const std::vector<DrawnRectangle>& Rectangles() const { return rectangles_; }
 
@@ -163,6 +184,10 @@ class RecordingGl : public GlApi {
   void DeleteQuadric() override;
   void Sphere(double radius, int slices, int stacks, bool textured) override;
 
+  // Made at once, also while a list is compiled.
+  GLuint MakeTexture(int width, int height, std::span<const std::uint8_t> rgb) override;
+  void BindTexture(GLuint texture) override;
+  void DeleteTexture(GLuint texture) override;
   void LoadName(GLuint name) override;
   // Drawn at once, also while a list is compiled.
   void DrawPicture(double x, double y, double depth, int width, int height,
@@ -196,6 +221,9 @@ class RecordingGl : public GlApi {
   std::vector<GLuint> callStack_;
 
   std::vector<DrawnPrimitive> primitives_;
+  std::vector<DrawnSphere> spheres_;
+  std::map<GLuint, KeptTexture> textures_;
+  GLuint nextTexture_ = 1;
   std::vector<DrawnPicture> pictures_;
   std::vector<DrawnRectangle> rectangles_;
   std::vector<std::string> errors_;

@@ -294,6 +294,45 @@ void SystemGl::Sphere(double radius, int slices, int stacks, bool textured) {
   gluSphere(quadric_, radius, slices, stacks);
 }
 
+GLuint SystemGl::MakeTexture(int width, int height, std::span<const std::uint8_t> rgb) {
+  if (width <= 0 || height <= 0) return 0;
+  const std::size_t rowBytes = static_cast<std::size_t>(width) * 3;
+  const auto rows = static_cast<std::size_t>(height);
+  if (rgb.size() < rowBytes * rows) Raise(FailureNumber::SubscriptOutOfRange);
+  std::vector<std::uint8_t> upwards;
+  upwards.reserve(rowBytes * rows);
+  for (std::size_t row = rows; row-- > 0;) {
+    const auto from = rgb.subspan(row * rowBytes, rowBytes);
+    upwards.insert(upwards.end(), from.begin(), from.end());
+  }
+  GLuint texture = 0;
+  glGenTextures(1, &texture);
+  glBindTexture(GL_TEXTURE_2D, texture);
+  glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
+  glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+  glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
+  glPixelStorei(GL_UNPACK_SKIP_ROWS, 0);
+  glPixelStorei(GL_UNPACK_SKIP_PIXELS, 0);
+  // Brings the picture to a size that the system takes.
+  const GLint failure =
+      gluBuild2DMipmaps(GL_TEXTURE_2D, GL_RGB, width, height, GL_RGB, GL_UNSIGNED_BYTE, upwards.data());
+  glPopClientAttrib();
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+  glBindTexture(GL_TEXTURE_2D, 0);
+  if (failure == 0) return texture;
+  glDeleteTextures(1, &texture);
+  return 0;
+}
+void SystemGl::BindTexture(GLuint texture) {
+  glBindTexture(GL_TEXTURE_2D, texture);
+}
+void SystemGl::DeleteTexture(GLuint texture) {
+  glDeleteTextures(1, &texture);
+}
+
 void SystemGl::LoadName(GLuint name) {
   glLoadName(name);
 }

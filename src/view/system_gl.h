@@ -61,6 +61,10 @@ class SystemGl : public GlApi {
   void DeleteQuadric() override;
   void Sphere(double radius, int slices, int stacks, bool textured) override;
 
+  GLuint MakeTexture(int width, int height, std::span<const std::uint8_t> rgb) override;
+  void BindTexture(GLuint texture) override;
+  void DeleteTexture(GLuint texture) override;
+
   void LoadName(GLuint name) override;
 
   void DrawPicture(double x, double y, double depth, int width, int height,

@@ -24,10 +24,12 @@ struct ViewState {
   double redrawFraction = 1;    // HScroll1 / 1000, used without animation
   double startFraction = 0;     // HScroll4 / 1000
   bool grid = false;
-  bool valueColours = false;   // Check5: values colour the trace in place of bars
-  bool satelliteAxes = false;  // Check6
-  bool realIso = false;        // corner views in the proportions of a cube
-  bool frozen = false;         // the view keeps its step
+  bool valueColours = false;                  // Check5: values colour the trace in place of bars
+  bool satelliteAxes = false;                 // Check6
+  std::string earthTexture = "earthjpg.jpg";  // files in the folder of the textures
+  std::string moonTexture = "moonjpg.jpg";
+  bool realIso = false;  // corner views in the proportions of a cube
+  bool frozen = false;   // the view keeps its step
 
   Rgba Background() const;
   // White on dark backgrounds, black on light ones.

@@ -5,7 +5,7 @@
 
 #include "model/demo_plot.h"
 #include "model/file_workbook.h"
-#include "model/plot_reading.h"
+#include "model/range_sending.h"
 #include "numerics/paths.h"
 
 namespace orv {
@@ -23,8 +23,8 @@ bool HoldsPlot(const std::string& file) {
 
 }  // namespace
 
-MainRun::MainRun(RunContext& run, PlotSelection& selection, std::string dataFolder)
-    : run_(run), selection_(selection), dataFolder_(std::move(dataFolder)) {}
+MainRun::MainRun(RunContext& run, PlotSelection& selection, std::string dataFolder, Spreadsheet& link)
+    : run_(run), selection_(selection), dataFolder_(std::move(dataFolder)), link_(link) {}
 
 void MainRun::Tell(const std::string& text, const std::string& title) {
   run_.dialogs().Tell(text, title, Icon::Critical);
@@ -41,6 +41,8 @@ bool MainRun::Guarded(Work&& work) {
   } catch (const ModelTooLarge& error) {
     Tell(error.message, "Model");
   } catch (const RuntimeFailure& failure) {
+    // The watch knows what a spreadsheet that went away means.
+    if (session_.watchRun) throw;
     Tell(failure.description(), "Error faute CommExcel");
   } catch (const std::bad_alloc&) {
     Tell("The memory of this machine does not hold this model.", "Model");
@@ -51,62 +53,156 @@ bool MainRun::Guarded(Work&& work) {
 void MainRun::Choose(const std::string& file) {
   file_ = file;
   source_ = HoldsPlot(file) ? PlotSource::PlotFile : PlotSource::Workbook;
+  session_.FileMode = 0;
+  watch_->ChooseFile();
 }
 
-std::string MainRun::LastTextFile() const {
-  if (source_ == PlotSource::Demo) return DemoFile();
-  return source_ == PlotSource::PlotFile ? file_ : std::string();
+void MainRun::ChooseDemo() {
+  source_ = PlotSource::Demo;
+  file_.clear();
+  session_.FileMode = 0;
+  watch_->ChooseDemo();
 }
 
 bool MainRun::CommExcelRun() {
+  linkLost_ = false;
+  specificationPlotted_.clear();
+  const ExcelWatch::Run hold(*watch_);
   return Guarded([&] {
-    switch (source_) {
-      case PlotSource::Workbook:
-        return RunModel();
-      case PlotSource::PlotFile:
-        return ReadPlot(file_, run_.lists);
-      default:
-        return LoadSample(run_.lists);
-    }
+    ChosenFile chosen;
+    chosen.present = !file_.empty();
+    chosen.workbook = source_ != PlotSource::PlotFile;
+    const bool asked = session_.FileMode == 1 || session_.SourceMode >= 1 || watch_->FileChosen();
+    const RunSource source = SourceOfRun(session_, chosen, watch_->FileChosen(), !asked && watch_->Answers());
+    const bool shown = Show(source);
+    if (shown) shown_ = {source_, file_};
+    return shown;
   });
 }
 
-bool MainRun::RunModel() {
+bool MainRun::Show(RunSource source) {
+  switch (source) {
+    case RunSource::Spreadsheet:
+      return ReadSpreadsheet(link_);
+    case RunSource::Workbook:
+      return ReadWorkbook();
+    case RunSource::PlotFile:
+    case RunSource::Demo:
+      return ShowPlotFile();
+  }
+  return false;
+}
+
+// A workbook file is read as a spreadsheet is; reading it tells nothing of the one that runs.
+bool MainRun::ReadWorkbook() {
   FileWorkbook workbook(PathOf(file_), run_.reader.locale());
   for (const std::string& warning : workbook.warnings()) run_.dialogs().Log(warning);
-  CommExcel reading(workbook, run_.reader, run_.clock);
-  CommExcel::Session source;
+  const int linkReady = session_.LinkReady;
+  source_ = PlotSource::Workbook;
+  const bool shown = ReadSpreadsheet(workbook);
+  session_.LinkReady = linkReady;
+  return shown;
+}
+
+bool MainRun::ReadSpreadsheet(Spreadsheet& sheet) {
+  CommExcel reading(sheet, run_.reader, run_.clock);
   ModelData model;
-  reading.Read(model, source);
+  const CommExcel::Outcome outcome = reading.Read(model, session_);
+  const bool linked = &sheet == &link_;
+  const auto took = [&] {
+    if (!linked) return;
+    source_ = PlotSource::Spreadsheet;
+    file_.clear();
+  };
+  switch (outcome) {
+    case CommExcel::Outcome::Model:
+      took();
+      return RunModel(std::move(model));
+    case CommExcel::Outcome::RangePlot:
+      if (!PlotRanges(sheet)) {
+        linkLost_ = linked && !watch_->Answers();
+        return false;
+      }
+      took();
+      return true;
+    case CommExcel::Outcome::PlotFile:
+      return Show(session_.SourceMode == 1 ? RunSource::Demo : RunSource::PlotFile);
+    case CommExcel::Outcome::Nothing:
+      linkLost_ = linked && !watch_->Answers();
+      return false;
+  }
+  return false;
+}
+
+// A selection that is cancelled leaves everything as it was: the model whose results are shown, and its file.
+bool MainRun::RunModel(ModelData&& model) {
   if (!model.DatabaseHasTables()) {
     Tell("The sheet \"" + model.SheetName + "\" of the workbook \"" + model.WorkbookName +
              "\" holds no database: nothing was computed.",
          "Workbook");
     return false;
   }
+  const bool hadResults = run_.record.finished;
+  ModelData before = std::move(run_.model);
   run_.model = std::move(model);
   workbookRead_ = file_;
-  return a_SpaceApplication(run_, selection_, phases_);
+  const bool computed = a_SpaceApplication(run_, selection_, phases_);
+  if (computed) lastText_ = run_.record.TraceFile;
+  if (!computed && hadResults && run_.record.finished) {
+    run_.model = std::move(before);
+    source_ = shown_.source;
+    file_ = shown_.file;
+  }
+  return computed;
+}
+
+bool MainRun::PlotRanges(Spreadsheet& sheet) {
+  RangeCopy copy;
+  copy.specification = session_.specification;
+  copy.MainKeyword = session_.MainKeyword;
+  copy.ExcelBusyRetrynumber = &session_.ExcelBusyRetrynumber;
+  const PlotReading reading = SendRangePlot(sheet, copy, LastPlot(), run_.lists, run_.reader, run_.clock);
+  if (reading.source == PlotReading::Source::Nothing) return false;
+  // Ranges too narrow for a plot leave the last one.
+  if (reading.header.specification == copy.specification) specificationPlotted_ = copy.specification;
+  workbookRead_ = file_;
+  lastText_ = reading.file.empty() ? dataFolder_ + kLastPlotName : reading.file;
+  // The results of a model belong to another picture now.
+  run_.record.finished = false;
+  return true;
+}
+
+PlotFileNames MainRun::LastPlot() const {
+  PlotFileNames names;
+  names.TraceFile = source_ == PlotSource::PlotFile && !file_.empty() ? file_ : dataFolder_ + kLastPlotName;
+  names.DemoFile = DemoFile();
+  names.SourceMode = session_.SourceMode == 1 ? 1 : 0;
+  return names;
 }
 
 bool MainRun::Replot() {
   return Guarded([&] { return a_SpaceApplication(run_, selection_, phases_); });
 }
 
-bool MainRun::ReadPlot(const std::string& file, PointLists& lists) {
-  PlotFileNames names;
-  names.TraceFile = file;
-  names.DemoFile = DemoFile();
-  const PlotReading reading = ReadPlotFile(names, lists, run_.reader);
+// The plot file in force; without one the sample plot, which the user is told.
+bool MainRun::ShowPlotFile() {
+  const PlotReading reading = ReadPlotFile(LastPlot(), run_.lists, run_.reader, session_.MainKeyword);
+  if (reading.source == PlotReading::Source::Nothing) return false;
+  if (source_ != PlotSource::PlotFile) file_.clear();
+  source_ = reading.source == PlotReading::Source::Demo ? PlotSource::Demo : PlotSource::PlotFile;
+  lastText_ = reading.file;
   // The results of a model belong to another picture now.
   run_.record.finished = false;
-  return reading.source != PlotReading::Source::Nothing;
+  return true;
 }
 
 bool MainRun::LoadSample(PointLists& lists) {
   return Guarded([&] {
     EnsureDemoPlot(DemoFile());
-    return ReadPlot(DemoFile(), lists);
+    PlotFileNames names;
+    names.TraceFile = names.DemoFile = DemoFile();
+    lastText_ = names.DemoFile;
+    return ReadPlotFile(names, lists, run_.reader, session_.MainKeyword).source != PlotReading::Source::Nothing;
   });
 }
 

@@ -5,35 +5,46 @@
 #include "analysis/effect_phases.h"
 #include "analysis/run_driver.h"
 #include "model/comm_excel.h"
+#include "model/plot_reading.h"
+#include "window/excel_watch.h"
 
 namespace orv {
 
 // Where the window's plots come from.
-enum class PlotSource { Demo, Workbook, PlotFile };
+enum class PlotSource { Demo, Workbook, PlotFile, Spreadsheet };
 
 // Runs, re-plots and plot files of the window: what is read, in which order, and how its faults are told. Nothing
 // leaves it but ProgramEnd.
 class MainRun {
  public:
-  MainRun(RunContext& run, PlotSelection& selection, std::string dataFolder);
+  // `link` is the running spreadsheet; all outlive this object.
+  MainRun(RunContext& run, PlotSelection& selection, std::string dataFolder, Spreadsheet& link);
+
+  // The watch that shares the session; it decides whether a chosen file still goes before the spreadsheet.
+  void SetWatch(ExcelWatch& watch) { watch_ = &watch; }
+  CommExcel::Session& Session() { return session_; }
 
   // Chooses the source of the next full run; the file's content decides between workbook and plot file.
   void Choose(const std::string& file);
-  void ChooseDemo() {
-    source_ = PlotSource::Demo;
-    file_.clear();
-  }
-  // The plot file in force; empty for a workbook.
-  std::string LastTextFile() const;
+  void ChooseDemo();
+  // Where the sample plot and the last plot are from now on, with a trailing separator.
+  void SetDataFolder(const std::string& folder) { dataFolder_ = folder; }
+  // The text file that was read or written last: a plot file, or the trace of a run. Empty before.
+  const std::string& LastTextFile() const { return lastText_; }
+  // What is shown, or what was chosen since.
   PlotSource Source() const { return source_; }
   const std::string& File() const { return file_; }
   // Started with a plot file: the menus stay hidden.
-  int FileMode() const { return FileMode_; }
-  void SetFileMode() { FileMode_ = 1; }
+  int FileMode() const { return session_.FileMode; }
+  void SetFileMode() { session_.FileMode = 1; }
 
-  // Reads the chosen source and shows it: a model after the selection of its plot, or a plot file. False when nothing
-  // new is shown.
+  // Finds the source, reads it and shows it: a model after the selection of its plot, a range plot or a plot file.
+  // False when nothing new is shown.
   bool CommExcelRun();
+  // The spreadsheet went away or was busy during the last full run.
+  bool LinkLost() const { return linkLost_; }
+  // What the last full run has plotted from ranges; empty for anything else.
+  const std::string& SpecificationPlotted() const { return specificationPlotted_; }
   // Shows the requested plot from the data of the last run.
   bool Replot();
   // Fills the lists with the sample plot, without a word.
@@ -43,8 +54,18 @@ class MainRun {
   const std::string& WorkbookRead() const { return workbookRead_; }
 
  private:
-  bool RunModel();
-  bool ReadPlot(const std::string& file, PointLists& lists);
+  struct Shown {
+    PlotSource source = PlotSource::Demo;
+    std::string file;
+  };
+
+  bool Show(RunSource source);
+  bool ReadSpreadsheet(Spreadsheet& sheet);
+  bool ReadWorkbook();
+  bool RunModel(ModelData&& model);
+  bool PlotRanges(Spreadsheet& sheet);
+  bool ShowPlotFile();
+  PlotFileNames LastPlot() const;
   void Tell(const std::string& text, const std::string& title);
   template <class Work>
   bool Guarded(Work&& work);
@@ -53,11 +74,17 @@ class MainRun {
   RunContext& run_;
   PlotSelection& selection_;
   std::string dataFolder_;
+  Spreadsheet& link_;
+  ExcelWatch* watch_ = nullptr;
+  CommExcel::Session session_;
   EffectPhases phases_;
   PlotSource source_ = PlotSource::Demo;
   std::string file_;
+  Shown shown_;
   std::string workbookRead_;
-  int FileMode_ = 0;
+  std::string lastText_;
+  std::string specificationPlotted_;
+  bool linkLost_ = false;
 };
 
 }  // namespace orv

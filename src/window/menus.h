@@ -15,6 +15,7 @@ enum class MenuAction {
   SaveImageWithTimeStamp,
   MovieFrames,
   RunPowerPoint,
+  OpenDoor,
   ShowOptions,
   Print,
   Exit,
@@ -40,10 +41,11 @@ struct MenuEntry {
   MenuAction action = MenuAction::None;
 };
 
-inline constexpr std::array<MenuEntry, 33> kMenus = {{
+inline constexpr std::array<MenuEntry, 34> kMenus = {{
     {"mnuFile", "", "&File", MenuAction::Menu},
     {"mnuFOpen", "mnuFile", "&Open", MenuAction::OpenWorkbook},
     {"mnuFRecent", "mnuFile", "&Recent workbooks", MenuAction::RecentWorkbooks},
+    {"mnuFOpenDoor", "mnuFile", "Open the door of &LibreOffice", MenuAction::OpenDoor},
     {"mnuFSave", "mnuFile", "&SaveImage", MenuAction::SaveImage},
     {"mnuFSaveAs", "mnuFile", "SaveImage&WithTimeStamp", MenuAction::SaveImageWithTimeStamp},
     {"mnuFMovieSaveAs", "mnuFile", "&MovieFrames", MenuAction::MovieFrames},

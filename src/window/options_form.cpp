@@ -124,12 +124,24 @@ void OptionsForm::Set(std::string_view name, int index, const std::string& text)
 }
 
 void OptionsForm::Change(std::string_view name, int index, const std::string& text) {
+  Type(name, index, text);
+  StoreTyped();
+}
+
+void OptionsForm::StoreTyped() {
+  for (std::size_t place = 0; place < kOptionControls.size(); ++place) {
+    if (typed_[place]) Keep(kOptionControls[place].key, values_[place]);
+    typed_[place] = false;
+  }
+}
+
+void OptionsForm::Type(std::string_view name, int index, const std::string& text) {
   const std::size_t place = Place(name, index);
   const ControlEntry& entry = kOptionControls[place];
   const std::string value = Admitted(entry, text);
   if (value == values_[place]) return;
   values_[place] = value;
-  if (!entry.key.empty()) Keep(entry.key, value);
+  typed_[place] = !entry.key.empty();
   if (name == "Check7") ChangeWhite(value == "1");
   if (name == "Check1" && index == kInteractiveBox) view_.options.Interactive = value == "1" ? 1 : 0;
   TakeLoneFields();
@@ -142,6 +154,8 @@ void OptionsForm::TakeLoneFields() {
   view_.options.SatelliteSize = NumberOf("HScroll3", kSingle);
   view_.options.SatelliteShown = Ticked("Check3") ? 1 : 0;
   view_.options.PanelsTrackSun = Ticked("Check4") ? 1 : 0;
+  view_.earthTexture = Value("Text7");
+  view_.moonTexture = Value("Text8");
 }
 
 // A background that is white already is not the one to come back to.
@@ -157,6 +171,18 @@ void OptionsForm::ChangeWhite(bool white) {
       field = ReadSetting(settings_, kSectionUse, key);
     }
   }
+}
+
+void OptionsForm::KeepBackground(const std::array<double, 3>& colour) {
+  for (std::size_t part = 0; part < 3; ++part) Keep(kBackgroundKeys[part], NumberText(colour[part]));
+}
+
+void OptionsForm::ShowBackground() {
+  const std::array<double, 3>& colour = view_.options.ColourOfBackGround;
+  for (int part = 0; part < 3; ++part) {
+    Field("Text5", kBackground + part) = NumberText(colour[static_cast<std::size_t>(part)]);
+  }
+  Field("Check7") = BoxText(colour == kWhite);
 }
 
 std::array<double, 3> OptionsForm::StoredBackground() const {
@@ -199,6 +225,7 @@ void OptionsForm::Apply() {
 }
 
 void OptionsForm::Command1() {
+  StoreTyped();
   Apply();
   try {
     SaveOptions(settings_, view_.options);
@@ -209,6 +236,7 @@ void OptionsForm::Command1() {
 }
 
 void OptionsForm::Command2() {
+  StoreTyped();
   Apply();
   visible_ = false;
 }

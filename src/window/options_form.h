@@ -29,6 +29,10 @@ class OptionsForm {
   // A change by the user: stores the key of the control and does what it does at once.
   void Change(std::string_view name, int index, const std::string& text);
   void Change(std::string_view name, const std::string& text) { Change(name, kSingle, text); }
+  // A change that others follow, as a letter of a text: acts as Change, but is stored by StoreTyped, "Save" and
+  // "Close".
+  void Type(std::string_view name, int index, const std::string& text);
+  void StoreTyped();
 
   void Command1();  // "Save"
   void Command2();  // "Close"
@@ -56,8 +60,11 @@ class OptionsForm {
   std::string MainKeyword() const { return Value("Text9"); }
   std::string ImageDirectory() const { return Value("Text6"); }
 
-  // The background that lightback and "white" exchange.
+  // The background that lightback and "white" exchange with white; it is stored.
+  void KeepBackground(const std::array<double, 3>& colour);
   std::array<double, 3> StoredBackground() const;
+  // Copies the background alone into its fields.
+  void ShowBackground();
 
  private:
   std::size_t Place(std::string_view name, int index) const;
@@ -76,6 +83,7 @@ class OptionsForm {
   ErrorPrompt& prompt_;
   Options defaults_;
   std::array<std::string, kOptionControls.size()> values_;
+  std::array<bool, kOptionControls.size()> typed_{};  // not stored yet
   std::string check3Caption_;
   bool visible_ = false;
   bool helpShown_ = false;

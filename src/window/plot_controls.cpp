@@ -146,6 +146,7 @@ void PlotControls::LeaveTurn() {
 }
 
 void PlotControls::ClickCommand9() {
+  Thaw();
   scene_.Lists().PlotLoaded = 0;
   scene_.Control().Redraw();
 }
@@ -156,13 +157,19 @@ void PlotControls::NewPlot(bool canTurn) {
   if (turning) LeaveTurn();
   main_.command8Enabled = canTurn;
   main_.command8Tip = "Mean data only";
+  Thaw();
+}
+
+void PlotControls::Thaw() {
+  if (!scene_.View().frozen) return;
+  scene_.View().frozen = false;
+  scene_.SetRedrawState(kRunning);
 }
 
 int PlotControls::FrozenStart(int markedEditState) {
   ViewState& view = scene_.View();
   if (view.frozen) {
-    view.frozen = false;
-    scene_.SetRedrawState(kRunning);
+    Thaw();
     scene_.Control().Redraw();
     return markedEditState;
   }

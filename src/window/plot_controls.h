@@ -39,10 +39,10 @@ class PlotControls {
   void HideVectors();
   // "Auto Rotation": mean data, variable data, turn with data, return.
   void ClickCommand8();
-  // "Reset": the next paint normalises the plot again.
+  // "Reset": the next paint normalises the plot again, which then grows.
   void ClickCommand9();
 
-  // Another plot is shown: whether its primitive can turn. The mode goes back to the mean data.
+  // Another plot is shown: whether its primitive can turn. The mode goes back to the mean data; a frozen start ends.
   void NewPlot(bool canTurn);
 
   // "frozenstart". The first press empties the plot and freezes it, the second lets it grow again. Returns the edit
@@ -54,6 +54,7 @@ class PlotControls {
   double Thousandths(int index) const;
   int IndexOf(int thousandths) const;
   void LeaveTurn();
+  void Thaw();
 
   ClassGl& scene_;
   MainState& main_;

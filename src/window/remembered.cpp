@@ -40,15 +40,18 @@ void SpecificationList::Choose(int index) {
 void SpecificationList::Enter(const std::string& text) {
   SpecText_ = Trim(text);
   SpecEntered_ = SpecText_.empty() ? 0 : 1;
-  if (SpecEntered_ == 0) return;
+  if (SpecEntered_ == 1) Remember(SpecText_);
+}
+
+void SpecificationList::Remember(const std::string& text) {
   try {
-    RememberSpecification(settings_, SpecText_);
+    RememberSpecification(settings_, text);
   } catch (const RuntimeFailure& failure) {
     prompt_("_The specification could not be stored: " + failure.description());
   }
   // The list of this session takes it even when the store did not.
-  items_.erase(std::remove(items_.begin(), items_.end(), SpecText_), items_.end());
-  items_.insert(items_.begin(), SpecText_);
+  items_.erase(std::remove(items_.begin(), items_.end(), text), items_.end());
+  items_.insert(items_.begin(), text);
   if (items_.size() > kMost) items_.resize(kMost);
   current_ = 0;
 }

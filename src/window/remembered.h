@@ -23,6 +23,8 @@ class SpecificationList {
   void Choose(int index);
   // The Enter key: the text is the specification to plot from now on, and is remembered. An empty one takes it back.
   void Enter(const std::string& text);
+  // A specification that was plotted from a cell: remembered, but not typed.
+  void Remember(const std::string& text);
   // A specification or a keyword taken from a cell ends what was typed.
   void Forget();
 

@@ -58,12 +58,11 @@ ReplotAction Replot::Click(const ClickKeys& keys) {
     working_ = true;
     return ReplotAction::FullRun;
   }
-  if (choose || !selection_.Loaded()) {
-    working_ = true;
-    return ReplotAction::ShowSelection;
-  }
   working_ = true;
-  return Walk();
+  const bool first = !selectionShown_ || !selection_.Loaded();
+  const ReplotAction action = choose || first ? ReplotAction::ShowSelection : Walk();
+  if (action == ReplotAction::ShowSelection) selectionShown_ = true;
+  return action;
 }
 
 void Replot::Release() {
@@ -121,7 +120,10 @@ ReplotAction Replot::TakeSelection() {
   }
   run_.plot.PlotOptionText = selection_.PlotOptionText();
   run_.plot.LogScale = selection_.LogScale();
-  return TakePlot(plot);
+  const std::string tip = main_.panelTip;
+  const ReplotAction action = TakePlot(plot);
+  if (plot >= kRedeposition) main_.panelTip = tip;
+  return action;
 }
 
 ReplotAction Replot::TakePlot(double plot) {
@@ -142,6 +144,7 @@ void Replot::PrepareUpdate() {
   run_.plot.IndexPlotRequest = 0;
   controls_.HideVectors();
   selection_.Unload();
+  selectionShown_ = false;
   walkPlace_ = -1;
   missing_.clear();
   SetSides(kBordersMode);

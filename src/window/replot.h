@@ -38,7 +38,8 @@ class Replot {
   void Release();
   // Fills the selection that a click asked for.
   void OpenSelection();
-  // The selection has closed. Replot, or None when it was cancelled.
+  // The selection has closed. Replot, or None when it was cancelled. From plot 90 on the tip stays as "Go Plot" left
+  // it.
   ReplotAction TakeSelection();
   // The last plot once more.
   ReplotAction Again();
@@ -69,8 +70,9 @@ class Replot {
   PlotControls& controls_;
   MainState& main_;
   bool working_ = false;
-  int walkPlace_ = -1;   // button taken last
-  std::string missing_;  // message of the plot under way
+  bool selectionShown_ = false;  // by a click, since the last full run
+  int walkPlace_ = -1;           // button taken last
+  std::string missing_;          // message of the plot under way
 };
 
 }  // namespace orv

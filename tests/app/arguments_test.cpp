@@ -200,13 +200,35 @@ TEST_F(ArgumentsTest, ViewsAndColours) {
   EXPECT_FALSE(ReadBackground("10;20;70"));
 }
 
-TEST_F(ArgumentsTest, ShowDrawsAPlotFile) {
+TEST_F(ArgumentsTest, ShowDrawsAPlotFileOrRanges) {
   const auto a = Parse({"show", "plot.txt", "--image", "a.png"});
   ASSERT_TRUE(a);
   EXPECT_EQ(a->command, Arguments::Command::Show);
-  EXPECT_EQ(a->plotFile, "plot.txt");
+  EXPECT_EQ(a->shown, "plot.txt");
+  EXPECT_EQ(a->spec, "");
   ExpectRefused({"show", "plot.txt"}, "--image");
-  ExpectRefused({"show", "--image", "a.png"}, "PLOTFILE");
+  ExpectRefused({"show", "--image", "a.png"}, "FILE");
+  const auto b =
+      Parse({"show", "b.xlsx", "--spec", "=MAX(A2:C60)&\"PENUP\"", "--sheet", "S", "--cell", "B4", "--image", "a.png"});
+  ASSERT_TRUE(b) << err.str();
+  EXPECT_EQ(b->spec, "=MAX(A2:C60)&\"PENUP\"");
+  EXPECT_EQ(b->sheet, "S");
+  EXPECT_EQ(b->cell, "B4");
+}
+
+TEST_F(ArgumentsTest, ARunMayTakeTheModelFromTheRunningSpreadsheet) {
+  const auto a = Parse({"run", "--link", "--plot", "13"});
+  ASSERT_TRUE(a) << err.str();
+  EXPECT_TRUE(a->link);
+  EXPECT_EQ(a->workbook, "");
+  EXPECT_EQ(a->door, "");
+  EXPECT_EQ(Parse({"run", "--link", "--door", "localhost:2002", "--plot", "13"})->door, "localhost:2002");
+  EXPECT_FALSE(Parse({"run", "model.xlsx", "--plot", "13"})->link);
+  ExpectRefused({"run", "model.xlsx", "--door", "2002", "--plot", "13"}, "--link");
+  ExpectRefused({"run", "--link", "--door", "a;b", "--plot", "13"}, "neither a pipe's name nor a port");
+  ExpectRefused({"run", "model.xlsx", "--link", "--plot", "13"}, "--link");
+  ExpectRefused({"run", "--link", "--sheet", "S", "--plot", "13"}, "--link");
+  ExpectRefused({"run", "--link", "--cell", "B4", "--plot", "13"}, "--link");
 }
 
 TEST_F(ArgumentsTest, WithoutACommandTheWindowOpens) {

@@ -657,47 +657,171 @@ TEST(CommExcel, AsksOnceForARunningSpreadsheet) {
   desk.Fill();
   desk.sheet.applicationRunning = false;
   desk.dialogs.choices["Excel speadsheet"] = Answer::Cancel;
-  EXPECT_TRUE(desk.ReadFails());
-  ASSERT_EQ(desk.dialogs.boxes.size(), 2U);
+  EXPECT_EQ(desk.Read(), CommExcel::Outcome::PlotFile);
+  ASSERT_EQ(desk.dialogs.boxes.size(), 1U);
   EXPECT_EQ(desk.dialogs.boxes[0].text,
             "You can open your Excel speadsheet now, and after click on OK.  \n"
             "Else, click on Cancel to show, if exist, the previous plot, or the original demo.");
   EXPECT_EQ(desk.dialogs.boxes[0].title, "Excel not running!");
   EXPECT_EQ(desk.dialogs.boxes[0].buttons, Buttons::OkCancel);
-  EXPECT_TRUE(StartsWith(desk.dialogs.boxes[1].text, kAbsent));
-  EXPECT_EQ(desk.session.keywordBox, "demo");
+  EXPECT_EQ(desk.session.SourceMode, 2);
+  EXPECT_EQ(desk.session.ExcelState, 2);
+  EXPECT_EQ(desk.session.LinkReady, 0);
   EXPECT_EQ(desk.sheet.attachCount, 1);
 
-  EXPECT_TRUE(desk.ReadFails());
-  EXPECT_EQ(desk.dialogs.Count("Excel speadsheet"), 1) << "the attempts are counted over the life of the program";
+  EXPECT_EQ(desk.Read(), CommExcel::Outcome::PlotFile);
+  EXPECT_EQ(desk.sheet.attachCount, 1) << "the last plot is shown until the source is chosen anew";
+
+  // Another run of the program's life, with the count but not the choice kept.
+  desk.session.SourceMode = desk.session.ExcelState = 0;
+  CommExcel next(desk.sheet, desk.reader, desk.clock);
+  EXPECT_EQ(next.Read(desk.model, desk.session), CommExcel::Outcome::PlotFile);
+  EXPECT_EQ(desk.dialogs.boxes.size(), 1U) << "the attempts are counted over the life of the program";
   EXPECT_EQ(desk.sheet.attachCount, 2);
+  EXPECT_EQ(desk.session.SourceMode, 2);
 }
 
 TEST(CommExcel, TriesAgainWhenTheUserOpensTheSpreadsheet) {
   Desk desk;
   desk.Fill();
   desk.sheet.applicationRunning = false;
-  desk.session.keywordBox = "MAX";
+  desk.dialogs.choices["Excel speadsheet"] = Answer::Ok;
   desk.dialogs.onAsk = [&](const std::string&) { desk.sheet.applicationRunning = true; };
   EXPECT_EQ(desk.Read(), CommExcel::Outcome::Model);
   EXPECT_EQ(desk.dialogs.boxes.size(), 1U);
   EXPECT_EQ(desk.sheet.attachCount, 2);
-  EXPECT_EQ(desk.session.keywordBox, "MAX");
+  EXPECT_EQ(desk.session.SourceMode, 0);
+  EXPECT_EQ(desk.session.LinkReady, 1);
 }
 
 TEST(CommExcel, TakesTheSpreadsheetForAbsentAtTheSecondFailure) {
   Desk desk;
   desk.sheet.applicationRunning = false;
   desk.dialogs.choices["Excel speadsheet"] = Answer::Ok;
-  int absent = 0;
-  desk.dialogs.choices[kAbsent] = Answer::Retry;
-  desk.dialogs.onAsk = [&](const std::string& text) {
-    if (StartsWith(text, kAbsent) && ++absent == 3) desk.dialogs.choices[kAbsent] = Answer::Cancel;
+  EXPECT_EQ(desk.Read(), CommExcel::Outcome::PlotFile);
+  EXPECT_EQ(desk.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(desk.sheet.attachCount, 2);
+  EXPECT_EQ(desk.session.ExcelState, 2);
+}
+
+// --- what is taken
+
+TEST(CommExcel, TheWordDemoInTheKeywordBoxAsksForTheSample) {
+  Desk desk;
+  desk.Fill();
+  desk.session.MainKeyword = " Demo ";
+  EXPECT_EQ(desk.Read(), CommExcel::Outcome::PlotFile);
+  EXPECT_EQ(desk.session.SourceMode, 1);
+  EXPECT_EQ(desk.sheet.attachCount, 0);
+}
+
+struct TakenRow {
+  const char* name;
+  const char* cell;   // in front
+  const char* typed;  // nullptr: nothing was typed
+  bool watch;
+  CommExcel::Outcome outcome;
+  const char* specification;
+  bool typedStays;
+};
+
+TEST(CommExcel, TakesATypedSpecificationThenTheActiveCellThenTheModel) {
+  using Outcome = CommExcel::Outcome;
+  constexpr const char* kSpec = "=2*MAX(A2:C60)";
+  constexpr const char* kTyped = "=MAX(E2:G9)";
+  for (const TakenRow& row :
+       {TakenRow{"a cell", kSpec, nullptr, false, Outcome::RangePlot, kSpec, false},
+        TakenRow{"in any case", "=max(A2:C60)", nullptr, false, Outcome::RangePlot, "=max(A2:C60)", false},
+        TakenRow{"a text cell", "=MAX(A2:C60) \"PENUP\"", nullptr, false, Outcome::RangePlot, "=MAX(A2:C60) \"PENUP\"",
+                 false},
+        TakenRow{"too narrow a range", "=MAX(A2:A60)", nullptr, false, Outcome::RangePlot, "=MAX(A2:A60)", false},
+        TakenRow{"no range", "=MAX(A2)", nullptr, false, Outcome::Model, "", false},
+        TakenRow{"another function", "=SUM(A2:C60)", nullptr, false, Outcome::Model, "", false},
+        TakenRow{"an empty cell", "", nullptr, false, Outcome::Model, "", false},
+        TakenRow{"a keyword cell counts as itself", "Orvdata =MAX(A2:C60)", nullptr, false, Outcome::Model, "", false},
+        TakenRow{"typed", "", kTyped, false, Outcome::RangePlot, kTyped, true},
+        TakenRow{"typed beside a cell", kSpec, kTyped, false, Outcome::RangePlot, kTyped, true},
+        TakenRow{"typed on the keyword cell", "Orvdata", kTyped, false, Outcome::RangePlot, kTyped, true},
+        TakenRow{"typed in vain beside a cell", kSpec, "E2:G9", false, Outcome::RangePlot, kSpec, false},
+        TakenRow{"typed in vain", "", "=MAX(E2)", false, Outcome::Model, "", false},
+        TakenRow{"nothing typed", "", "", false, Outcome::Model, "", false},
+        TakenRow{"the watch sees a plain cell", "text", kTyped, true, Outcome::RangePlot, kTyped, true},
+        TakenRow{"the watch sees a specification", kSpec, kTyped, true, Outcome::RangePlot, kSpec, false},
+        TakenRow{"the watch sees the keyword", "Orvdata", kTyped, true, Outcome::Model, "", false}}) {
+    SCOPED_TRACE(row.name);
+    Desk desk;
+    desk.Fill();
+    desk.sheet.Set({50, 8}, row.cell);
+    desk.Select({50, 8});
+    desk.session.watchRun = row.watch;
+    if (row.typed != nullptr) {
+      desk.session.SpecEntered = 1;
+      desk.session.SpecText = row.typed;
+    }
+    EXPECT_EQ(desk.Read(), row.outcome);
+    EXPECT_EQ(desk.session.specification, row.specification);
+    EXPECT_EQ(desk.session.SpecEntered, row.typedStays ? 1 : 0);
+    EXPECT_EQ(desk.session.SpecText, row.typedStays ? row.typed : "");
+    EXPECT_EQ(desk.session.LinkReady, 1);
+    EXPECT_EQ(desk.model.SheetName, "Sheet1");
+    EXPECT_EQ(desk.sheet.ActiveCell(), (CellPosition{50, 8}));
+    EXPECT_TRUE(desk.dialogs.boxes.empty());
+  }
+}
+
+TEST(CommExcel, AnotherKeywordMarksSpecifications) {
+  struct Row {
+    const char* keyword;
+    const char* cell;
+    bool taken;
   };
-  EXPECT_TRUE(desk.ReadFails());
-  EXPECT_EQ(desk.dialogs.Count("Excel speadsheet"), 1);
-  EXPECT_EQ(desk.session.keywordBox, "demo");
-  EXPECT_EQ(desk.sheet.attachCount, absent + 1);
+  for (const Row& row :
+       {Row{"PLOT", "=PLOT(A2:C60)", true}, Row{"PLOT", "=MAX(A2:C60)", false}, Row{"", "=MAX(A2:C60)", false}}) {
+    SCOPED_TRACE(row.cell);
+    Desk desk;
+    desk.Fill();
+    desk.sheet.Set({50, 8}, row.cell);
+    desk.Select({50, 8});
+    desk.session.MainKeyword = row.keyword;
+    EXPECT_EQ(desk.Read(), row.taken ? CommExcel::Outcome::RangePlot : CommExcel::Outcome::Model);
+  }
+}
+
+TEST(CommExcel, AFileAtTheStartGoesBeforeTheSpreadsheet) {
+  Desk desk;
+  desk.Fill();
+  desk.session.FileMode = 1;
+  desk.session.SpecEntered = 1;
+  desk.session.SpecText = "=MAX(A2:C60)";
+  EXPECT_EQ(desk.Read(), CommExcel::Outcome::PlotFile);
+  EXPECT_EQ(desk.sheet.attachCount, 0);
+  EXPECT_EQ(desk.session.LinkReady, 0);
+}
+
+TEST(CommExcel, TheWatchAsksNothing) {
+  Desk desk;
+  desk.session.watchRun = true;
+  desk.sheet.Set({5, 3}, "nothing");
+  desk.Select({5, 3});
+  EXPECT_EQ(desk.Read(), CommExcel::Outcome::Nothing);
+  EXPECT_EQ(desk.session.LinkReady, 1);
+  desk.sheet.applicationRunning = false;
+  for (int k = 0; k < 3; ++k) EXPECT_EQ(desk.Read(), CommExcel::Outcome::Nothing);
+  EXPECT_TRUE(desk.dialogs.boxes.empty());
+  EXPECT_EQ(desk.session.attachFailures, 0);
+  EXPECT_EQ(desk.session.SourceMode, 0);
+  EXPECT_EQ(desk.session.ExcelState, 0);
+}
+
+TEST(CommExcel, ASpecificationOnAnotherSheetEndsTheSearchForAModel) {
+  Desk desk;
+  desk.sheet.Set({5, 3}, "nothing");
+  desk.Select({5, 3});
+  desk.dialogs.choices[kAbsent] = Answer::Retry;
+  desk.dialogs.onAsk = [&](const std::string&) { desk.sheet.Set({5, 3}, "=MAX(A2:C60)"); };
+  EXPECT_EQ(desk.Read(), CommExcel::Outcome::RangePlot);
+  EXPECT_EQ(desk.session.specification, "=MAX(A2:C60)");
+  EXPECT_EQ(desk.dialogs.boxes.size(), 1U);
 }
 
 TEST(CommExcel, TellsAnAbsentKeyword) {
@@ -732,8 +856,7 @@ TEST(CommExcel, StartsAgainOnRetry) {
 // Starting again asks first where the data come from, which the window may have changed meanwhile.
 TEST(CommExcel, RetryMayLeadToThePlotFile) {
   Desk desk;
-  desk.sheet.applicationRunning = false;
-  desk.dialogs.choices["Excel speadsheet"] = Answer::Cancel;
+  desk.sheet.Set({5, 3}, "nothing");
   desk.dialogs.choices[kAbsent] = Answer::Retry;
   int absent = 0;
   desk.dialogs.onAsk = [&](const std::string& text) {

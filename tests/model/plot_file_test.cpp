@@ -410,12 +410,16 @@ TEST_F(PlotFile, ScaleMultipliesCoordinatesAlone) {
   EXPECT_TRUE(lists.EarthOn && lists.TimePlot);
 }
 
-TEST_F(PlotFile, ScaleWithoutValuesMakesNoTimePlot) {
+TEST_F(PlotFile, AScaleSwitchesTheEarthOnAndWithASecondRangeTheTime) {
   Read(HeaderOf("=MAX(A2:C4)", "2") + "1\t2\t3\n");
   EXPECT_TRUE(lists.EarthOn);
   EXPECT_FALSE(lists.TimePlot);
-  Read(HeaderOf("=MAX(A2:C4)+MAX(D2:D4)", "2", "PENUP") + "1\t2\t3\t4\n");
-  EXPECT_FALSE(lists.EarthOn || lists.TimePlot);
+  for (const char* options : {"PENUP", "valx", ""}) {
+    Read(HeaderOf("=MAX(A2:C4)+MAX(D2:D4)", "2", options) + "1\t2\t3\t4\n");
+    EXPECT_TRUE(lists.EarthOn && lists.TimePlot) << options;
+    Read(HeaderOf("=MAX(A2:C4)+MAX(D2:D4)", "1", options) + "1\t2\t3\t4\n");
+    EXPECT_FALSE(lists.EarthOn || lists.TimePlot) << options;
+  }
 }
 
 TEST_F(PlotFile, ScaleOfNothingIsOne) {
@@ -561,7 +565,6 @@ TEST_F(PlotFile, ValueColumnWithoutASecondPanelIsTheCoordinate) {
   const std::string line = "1\t2\t3\t4\n4\t5\t6\t7\n";
   Read(HeaderOf("=MAX(A2:D4)", "2", "valx") + line);
   EXPECT_EQ(lists.PointList(0, 1), 8);
-  EXPECT_FALSE(lists.TimePlot);
   Read(HeaderOf("=MAX(A2:D4)", "1", "valy") + line);
   EXPECT_EQ(lists.PointList(0, 1), 5);
   Read(HeaderOf("=MAX(A2:D4)", "1", "valx valz") + line);

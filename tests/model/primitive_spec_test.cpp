@@ -197,6 +197,10 @@ TEST_F(RewriteTest, PutsTheRotationBeforeTheThirdItem) {
   EXPECT_TRUE(dialogs.boxes.empty());
 }
 
+TEST_F(RewriteTest, TakesTheFirstCharacterOfTheAxisWhole) {
+  EXPECT_EQ(Rewrite("a r \u00E9t\u00E9 r x 1", 2.5), "    R \u00C9 2.5      r x 1");
+}
+
 TEST_F(RewriteTest, WithNothingBehindTheAxisTheRotationComesFirst) {
   EXPECT_EQ(Rewrite("t 0 1 2 automatic x", 12.5), "R X 12.5 t 0 1 2 automatic x");
 }

@@ -249,6 +249,18 @@ TEST(XlsxFile, NamesThePartThatIsDamaged) {
   EXPECT_EQ(Complaint(Zip(parts)), "'m.xlsx' is damaged: its part 'xl/worksheets/sheet1.xml' is missing.");
 }
 
+TEST(XlsxFile, TellsOfPartsWhoseNamesAreNoTextsInWholeCharacters) {
+  const std::string relations = "<Relationships><Relationship Id=\"a\" Type=\"x/officeDocument\" Target=\"";
+  const std::vector<ZipPart> parts = {{"_rels/.rels", relations + "b\xE9/\xFF.xml\"/></Relationships>"}};
+  EXPECT_EQ(Complaint(Zip(parts)), "'m.xlsx' is not a workbook: it holds no 'b\u00E9/\u00FF.xml'.");
+  EXPECT_EQ(Complaint(Zip({{"_rels/.rels", relations + std::string(5000, 'b') + "\"/></Relationships>"}})),
+            "'m.xlsx' is not a workbook: it holds no '" + std::string(200, 'b') + "'.");
+  const std::vector<ZipPart> sheet =
+      WithPart(Parts(), "xl/_rels/workbook.xml.rels",
+               "<Relationships><Relationship Id=\"rId1\" Type=\"x/worksheet\" Target=\"\xE9.xml\"/></Relationships>");
+  EXPECT_EQ(Complaint(Zip(sheet)), "'m.xlsx' is damaged: its part 'xl/\u00E9.xml' is missing.");
+}
+
 TEST(XlsxFile, RefusesWhatIsNoWorkbook) {
   EXPECT_EQ(Complaint(Zip({{"[Content_Types].xml", "<Types/>"}})),
             "'m.xlsx' is not a workbook: it holds no 'xl/workbook.xml'.");

@@ -146,6 +146,21 @@ TEST_F(FrmVideoTest, StartPauseRestartEnd) {
   EXPECT_EQ(changed.count(), 4);
 }
 
+TEST_F(FrmVideoTest, ClosingTheWindowEndsTheMovie) {
+  for (const bool running : {false, true}) {
+    const bool prepared = movie.Flag() || movie.mnuFMovieSaveAs(folder.path().string());
+    EXPECT_TRUE(prepared);
+    window.show();
+    if (running) Click(window, "Command1");
+    QSignalSpy changed(&window, &frmVideo::Changed);
+    window.close();
+    EXPECT_FALSE(movie.Flag());
+    EXPECT_EQ(movie.MovieFrame(), 0);
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(changed.count(), 1);
+  }
+}
+
 TEST_F(FrmVideoTest, WithoutFramesThereIsNoVideo) {
   Install(kRecorder);
   Click(window, "Command4");

@@ -12,6 +12,9 @@
 #include <fstream>
 #include <gtest/gtest.h>
 
+#include "model/demo_plot.h"
+#include "model/memory_sheet.h"
+#include "model/range_sending.h"
 #include "shell/frm_main.h"
 #include "shell/frm_warning.h"
 #include "shell/settings_store.h"
@@ -25,6 +28,7 @@ namespace orv::testing {
 class MainWindowTest : public ::testing::Test {
  protected:
   void SetUp() override {
+    sheet_.applicationRunning = false;
     workbook_ = (folder_.path() / "telecom_satellite.xlsx").string();
     std::filesystem::copy_file(std::string(ORV_SOURCE_DIR) + "/examples/telecom_satellite.xlsx", workbook_);
     Begin();
@@ -40,9 +44,12 @@ class MainWindowTest : public ::testing::Test {
     reader_ = std::make_unique<CellText>(*prompt_, Locale{});
     run_ = std::make_unique<RunContext>(*prompt_, *reader_, *settings_, clock_, settings_->OutputFolder());
     run_->record.CaseText = "test";
-    window_ = std::make_unique<frmMain>(
-        WindowServices{*run_, *settings_, *dialogs_, *warnings_, settings_->OutputFolder(), "/usr/bin/true"});
+    window_ = std::make_unique<frmMain>(WindowServices{
+        *run_, *settings_, *dialogs_, *warnings_, settings_->OutputFolder(), "/usr/bin/true", sheet_, "", nullptr});
     dialogs_->SetWindow(window_.get());
+    // A session after others: the question about the spreadsheet has been asked, and there is a last plot.
+    window_->Source().Session().attachFailures = 1;
+    EnsureDemoPlot(settings_->OutputFolder() + kLastPlotName);
   }
   void End() {
     if (dialogs_) dialogs_->SetWindow(nullptr);
@@ -93,6 +100,7 @@ class MainWindowTest : public ::testing::Test {
         30000);
   }
   void Keep(const char* name) {
+    QTest::qWait(80);  // the layout follows
     window_->View().DrawNow();
     window_->grab().save(QString::fromStdString(PictureName(name)));
   }
@@ -101,6 +109,7 @@ class MainWindowTest : public ::testing::Test {
   TemporaryFolder folder_;
   std::string workbook_;
   SystemClock clock_;
+  MemorySheet sheet_;  // the running spreadsheet: absent unless a test starts it
   std::unique_ptr<FileSettings> settings_;
   std::unique_ptr<frmWarning> warnings_;
   std::unique_ptr<QtDialogs> dialogs_;

@@ -10,6 +10,7 @@ TEST_F(MainWindowTest, StartsWithTheSample) {
   EXPECT_EQ(Panel(), "Re-Plots");
   EXPECT_EQ(Find<QWidget>("Command7")->toolTip().isEmpty(), false);
   EXPECT_FALSE(Find<QWidget>("Command8")->isEnabled());
+  EXPECT_EQ(Find<QLabel>("StatusBar2")->text(), "") << "nothing is being done";
   Keep("main_sample.png");
 }
 

@@ -110,9 +110,21 @@ TEST_F(OptionsFrameTest, TheKeywordIsInCapitalsWhileItIsTyped) {
   QTest::keyClick(&Edit("Text9"), Qt::Key_Home);
   QTest::keyClicks(&Edit("Text9"), "ab");
   EXPECT_EQ(Edit("Text9").text(), "ABSUM") << "the cursor stays";
-  EXPECT_EQ(Stored("Setstr02.00"), "ABSUM");
+  EXPECT_EQ(Stored("Setstr02.00"), "absent") << "not with each letter";
   Retype(Edit("Text7"), "blue.png");
+  EXPECT_EQ(Stored("Setstr02.00"), "ABSUM") << "the field was left";
+  QTest::keyClick(&Edit("Text7"), Qt::Key_Return);
   EXPECT_EQ(Stored("Setstr00.00"), "blue.png");
+}
+
+TEST_F(OptionsFrameTest, ADraggedBarIsStoredWhenItIsLetGo) {
+  auto& bar = Child<QScrollBar>(frame, "HScroll3");
+  bar.setSliderDown(true);
+  bar.setSliderPosition(500);
+  EXPECT_EQ(view.options.SatelliteSize, 500);
+  EXPECT_EQ(Stored("Setstr03.00"), "absent");
+  bar.setSliderDown(false);
+  EXPECT_EQ(Stored("Setstr03.00"), "500");
 }
 
 TEST_F(OptionsFrameTest, TheColourPartGrowsTheFrame) {
@@ -177,6 +189,7 @@ TEST_F(OptionsFrameTest, WhiteAndBack) {
 
 TEST_F(OptionsFrameTest, FactorySettingsAndTheFolder) {
   Retype(Edit("Text6"), "/pictures");
+  QTest::keyClick(&Edit("Text6"), Qt::Key_Return);
   EXPECT_EQ(Stored("SetDirBMP"), "/pictures");
   Retype(Edit("Text9"), "SUM");
   ClickBox(frame, "Check1(2)");

@@ -316,10 +316,13 @@ inline constexpr const char* kOdsSpaces =
     " xmlns:table=\"urn:oasis:names:tc:opendocument:xmlns:table:1.0\""
     " xmlns:text=\"urn:oasis:names:tc:opendocument:xmlns:text:1.0\""
     " xmlns:config=\"urn:oasis:names:tc:opendocument:xmlns:config:1.0\""
+    " xmlns:ooo=\"http://openoffice.org/2004/office\""
+    " xmlns:of=\"urn:oasis:names:tc:opendocument:xmlns:of:1.2\""
     " xmlns:calcext=\"urn:org:documentfoundation:names:experimental:calc:xmlns:calcext:1.0\" office:version=\"1.3\"";
 
-inline std::string ConfigItem(const std::string& name, const std::string& value) {
-  return "<config:config-item " + Named("config:name", name) + ">" + Escaped(value) + "</config:config-item>";
+inline std::string ConfigItem(const std::string& name, const std::string& value, const std::string& type = "int") {
+  return "<config:config-item " + Named("config:name", name) + " " + Named("config:type", type) + ">" + Escaped(value) +
+         "</config:config-item>";
 }
 
 }  // namespace writer_detail
@@ -348,8 +351,9 @@ inline std::vector<ZipPart> OdsParts(const TestBook& book) {
   const std::string settings =
       std::string(kHead) + "<office:document-settings" + kOdsSpaces +
       "><office:settings><config:config-item-set config:name=\"ooo:view-settings\"><config:config-item-map-indexed "
-      "config:name=\"Views\"><config:config-item-map-entry><config:config-item-map-named config:name=\"Tables\">" +
-      cursors + "</config:config-item-map-named>" + ConfigItem("ActiveTable", book.sheets[book.active].name) +
+      "config:name=\"Views\"><config:config-item-map-entry>" +
+      ConfigItem("ViewId", "view1", "string") + "<config:config-item-map-named config:name=\"Tables\">" + cursors +
+      "</config:config-item-map-named>" + ConfigItem("ActiveTable", book.sheets[book.active].name, "string") +
       "</config:config-item-map-entry></config:config-item-map-indexed></config:config-item-set></office:settings>"
       "</office:document-settings>";
   return {{"mimetype", "application/vnd.oasis.opendocument.spreadsheet", ZIP_CM_STORE},

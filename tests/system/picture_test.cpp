@@ -86,6 +86,84 @@ TEST_F(PictureTest, APlotFileIsShown) {
   EXPECT_TRUE(OutHas("Picture"));
 }
 
+TEST_F(PictureTest, RangesOfAWorkbookAreShown) {
+  std::vector<Image> images;
+  const std::vector<std::vector<std::string>> choices = {{},
+                                                         {"--cell", "A12"},
+                                                         {"--sheet", "Surface"},
+                                                         {"--spec", "=2*MAX(A24:C114)"},
+                                                         {"--sheet", "Surface", "--spec", "=MAX(G10:I400)"}};
+  for (const std::string ending : {"xlsx", "ods"}) {
+    for (std::size_t k = 0; k < choices.size(); ++k) {
+      std::vector<std::string> words = {"show",         Example("range_plots." + ending),
+                                        "--settings",   File("set"),
+                                        "--image",      File("p.png"),
+                                        "--size",       "200x150",
+                                        "--background", "white"};
+      words.insert(words.end(), choices[k].begin(), choices[k].end());
+      ASSERT_EQ(Program(words), kExitDone) << err;
+      EXPECT_EQ(err, "");
+      images.push_back(Png("p.png"));
+      EXPECT_GT(Colours(images.back()), 2U);
+      for (std::size_t other = 0; other < k; ++other) {
+        EXPECT_NE(images[images.size() - 1 - k + other], images.back()) << other << " and " << k;
+      }
+    }
+  }
+  EXPECT_FALSE(std::filesystem::exists(File("set/OrvLastPlot.txt"))) << "the window's last plot is not touched";
+}
+
+TEST_F(PictureTest, ATextOfNumbersIsAWorkbook) {
+  folder.Write("table.txt", "x\ty\tz\n1\t2\t3\n4\t6\t5\n7\t8\t9\n");
+  EXPECT_EQ(Program({"show", File("table.txt"), "--spec", "=MAX(A2:C4)", "--settings", File("set"), "--image",
+                     File("p.png"), "--size", "200x150"}),
+            kExitDone)
+      << err;
+  EXPECT_GT(Colours(Png("p.png")), 2U);
+}
+
+TEST_F(PictureTest, AnotherKeywordOfTheSettingsMarksRanges) {
+  std::filesystem::create_directories(File("set"));
+  folder.Write("set/settings.json", R"({"Use": {"Setstr02.00": "PLOT"}})");
+  folder.Write("table.txt", "1\t2\t3\n4\t6\t5\n7\t8\t9\n");
+  const auto show = [&](const std::string& spec) {
+    return Program({"show", File("table.txt"), "--spec", spec, "--settings", File("set"), "--image", File("p.png"),
+                    "--size", "64x48"});
+  };
+  EXPECT_EQ(show("=PLOT(A1:C3)"), kExitDone) << err;
+  EXPECT_EQ(show("=MAX(A1:C3)"), kExitWorkbook);
+  EXPECT_TRUE(ErrHas("=PLOT(A2:C60)")) << err;
+}
+
+TEST_F(PictureTest, WhatCannotBePlottedIsTold) {
+  struct Row {
+    std::vector<std::string> words;
+    const char* part;
+  };
+  folder.Write("plot.txt", "From: \tb\ts\t=MAX(A2:C3)\t1\n1\t2\t3\n4\t5\t6\n");
+  const std::string example = Example("range_plots.xlsx");
+  for (const Row& row :
+       {Row{{example, "--cell", "B30"}, "its cell B30 on the sheet \"Orbit\" holds no specification"},
+        Row{{Example("telecom_satellite.xlsx")}, "holds no specification such as \"=MAX(A2:C60)\""},
+        Row{{example, "--spec", "A2:C60"}, "a specification names ranges"},
+        Row{{example, "--spec", "=MAX(A24:B204)"}, "the first range needs 3 columns"},
+        Row{{example, "--spec", "=MAX(Surface!A10:C20)"}, "another sheet"}, Row{{example, "--sheet", "None"}, "None"},
+        Row{{example, "--cell", "5"}, "5"}, Row{{File("plot.txt"), "--spec", "=MAX(A2:C60)"}, "are for workbooks"},
+        Row{{File("plot.txt"), "--sheet", "S"}, "are for workbooks"}, Row{{File("none.xlsx")}, "does not exist"}}) {
+    std::vector<std::string> words = {"show", "--settings", File("set"), "--image", File("p.png")};
+    words.insert(words.end(), row.words.begin(), row.words.end());
+    EXPECT_EQ(Program(words), kExitWorkbook) << row.part;
+    EXPECT_TRUE(ErrHas(row.part)) << err;
+    EXPECT_FALSE(std::filesystem::exists(File("p.png")));
+  }
+}
+
+// An active cell with a specification is no matter for a computation.
+TEST_F(PictureTest, ARunTakesTheModelWhateverTheActiveCellHolds) {
+  EXPECT_EQ(Run(Example("range_plots.xlsx")), kExitWorkbook);
+  EXPECT_TRUE(ErrHas("Orvdata")) << err;
+}
+
 TEST_F(PictureTest, WhatIsNoPlotFileIsTold) {
   EXPECT_EQ(Program({"show", File("none.txt"), "--settings", File("set"), "--image", File("p.png")}), kExitWorkbook);
   EXPECT_TRUE(ErrHas("none.txt")) << err;

@@ -62,11 +62,8 @@ TEST_F(EditStateTest, LightbackTogglesWhiteAndTheColourOfTheOptions) {
   background = {1, 2, 3};
   input.SetEditState(kLightBackState);
   EXPECT_EQ(background, white);
-  ASSERT_TRUE(input.ReplacedBackground().has_value());
-  EXPECT_EQ(*input.ReplacedBackground(), (std::array<double, 3>{1, 2, 3}));
   input.SetEditState(kLightBackState);
   EXPECT_EQ(background, (std::array<double, 3>{1, 2, 3}));
-  EXPECT_FALSE(input.ReplacedBackground().has_value());
   EXPECT_EQ(control.RedrawRequests(), 2);
   input.SetEditState(kLightBackState);
   background = {4, 5, 6};  // the options were changed meanwhile
@@ -74,9 +71,25 @@ TEST_F(EditStateTest, LightbackTogglesWhiteAndTheColourOfTheOptions) {
   EXPECT_EQ(background, white);
   input.SetEditState(kLightBackState);
   EXPECT_EQ(background, (std::array<double, 3>{4, 5, 6}));
-  background = white;  // white by the options: the colour of the factory comes
+  background = white;  // white by the options: the colour that it replaced last comes
   input.SetEditState(kLightBackState);
-  EXPECT_EQ(background, Options{}.ColourOfBackGround);
+  EXPECT_EQ(background, (std::array<double, 3>{4, 5, 6}));
+}
+
+TEST_F(EditStateTest, LightbackExchangesTheBackgroundThatTheWindowKeeps) {
+  struct Keeper : ViewWindow {
+    void KeepBackground(const std::array<double, 3>& colour) override { kept = colour; }
+    std::array<double, 3> StoredBackground() const override { return kept; }
+    std::array<double, 3> kept{7, 8, 9};
+  } keeper;
+  ViewInput other(scene, &keeper);
+  auto& background = view.options.ColourOfBackGround;
+  background = {255, 255, 255};
+  other.SetEditState(kLightBackState);
+  EXPECT_EQ(background, (std::array<double, 3>{7, 8, 9}));
+  background = {1, 2, 3};
+  other.SetEditState(kLightBackState);
+  EXPECT_EQ(keeper.kept, (std::array<double, 3>{1, 2, 3}));
 }
 
 TEST_F(EditStateTest, GridsAreASwitchOfTheView) {

@@ -245,7 +245,7 @@ TEST(PlotGrowth, ABusyLinkEndsTheTick) {
   TimerWork work;
   work.linkBusy = [&] { return busy; };
   work.watch = [&] { ++watches; };
-  work.movie = [&] { ++frames; };
+  work.movie = [&] { return ++frames > 0; };
   s.WorkingTick(work);
   EXPECT_GT(s.scene->CURRINDEXI(), 0) << "the plot grows all the same";
   s.WorkingTick(work);

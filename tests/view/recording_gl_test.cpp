@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include "numerics/failure.h"
+#include "view/camera.h"
+
 namespace orv {
 namespace {
 
@@ -153,6 +156,30 @@ TEST(RecordingGlTest, ReadsTheClearColourInPaddedRows) {
   std::vector<std::uint8_t> rows(4 * 2 * 2, 9);
   gl.ReadPixels(0, 0, 1, 2, std::span(rows).first(8));
   EXPECT_THAT(std::span(rows).first(9), ElementsAre(255, 128, 0, 9, 255, 128, 0, 9, 9));
+}
+
+TEST(RecordingGlTest, TexturesAreKeptUntilTheyAreDeleted) {
+  RecordingGl gl;
+  const std::vector<std::uint8_t> rgb{1, 2, 3, 4, 5, 6};
+  const GLuint texture = gl.MakeTexture(2, 1, rgb);
+  ASSERT_NE(texture, 0U);
+  EXPECT_EQ(gl.Textures().at(texture).rgb, rgb);
+  gl.BindTexture(texture);
+  gl.LoadMatrix(GL_TEXTURE, IdentityMatrix());
+  gl.Translate(1, 0, 0);
+  gl.Sphere(3, 8, 6, true);
+  ASSERT_EQ(gl.Spheres().size(), 1U);
+  EXPECT_EQ(gl.Spheres()[0].radius, 3);
+  EXPECT_TRUE(gl.Spheres()[0].textured);
+  EXPECT_EQ(gl.Spheres()[0].state.textureName, texture);
+  EXPECT_EQ(gl.Spheres()[0].InEye(), (std::array<double, 3>{1, 0, 0}));
+  EXPECT_TRUE(gl.Errors().empty());
+  gl.DeleteTexture(texture);
+  EXPECT_TRUE(gl.Textures().empty());
+  gl.BindTexture(texture);
+  EXPECT_EQ(gl.Errors().size(), 1U);
+  EXPECT_EQ(gl.MakeTexture(0, 1, rgb), 0U);
+  EXPECT_THROW(gl.MakeTexture(2, 2, rgb), RuntimeFailure);
 }
 
 }  // namespace

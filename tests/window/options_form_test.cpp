@@ -117,6 +117,26 @@ TEST_F(OptionsFrame, TextsAreStoredOnEachChange) {
   EXPECT_EQ(settings.writes, writes) << "no change";
 }
 
+TEST_F(OptionsFrame, TypedTextsAreStoredWhenTheyAreDone) {
+  options.Load();
+  for (const char* text : {"/", "/h", "/he"}) options.Type("Text6", kSingle, text);
+  options.Type("Text9", kSingle, "su");
+  EXPECT_EQ(settings.writes, 0);
+  EXPECT_EQ(options.ImageDirectory(), "/he") << "it counts at once";
+  options.StoreTyped();
+  EXPECT_EQ(Stored("SetDirBMP"), "/he");
+  EXPECT_EQ(Stored("Setstr02.00"), "SU");
+  EXPECT_EQ(settings.writes, 2);
+  options.StoreTyped();
+  EXPECT_EQ(settings.writes, 2);
+  options.Type("Text7", kSingle, "a.jpg");
+  options.Command2();
+  EXPECT_EQ(Stored("Setstr00.00"), "a.jpg");
+  options.Type("Text7", kSingle, "b.jpg");
+  options.Command1();
+  EXPECT_EQ(Stored("Setstr00.00"), "b.jpg");
+}
+
 TEST_F(OptionsFrame, TheSatelliteIsStoredAndShownAtOnce) {
   options.Load();
   options.Change("HScroll3", "1000");
@@ -179,6 +199,20 @@ TEST_F(OptionsFrame, WhiteReplacesTheBackgroundAndGivesItBack) {
   EXPECT_EQ(options.Value("Text5", 15), "11");
   EXPECT_EQ(options.Value("Text5", 16), "22");
   EXPECT_EQ(options.Value("Text5", 17), "70");
+}
+
+TEST_F(OptionsFrame, LightbackAndWhiteExchangeTheSameBackground) {
+  options.Load();
+  options.Change("Text4", 0, "3");
+  options.KeepBackground({11, 22, 33});  // what the button does
+  view.options.ColourOfBackGround = {255, 255, 255};
+  options.ShowBackground();
+  EXPECT_TRUE(options.Ticked("Check7"));
+  EXPECT_EQ(options.Value("Text4", 0), "3") << "other fields stay as they are";
+  options.Change("Check7", "0");
+  EXPECT_EQ(options.Value("Text5", 15), "11");
+  EXPECT_EQ(options.Value("Text5", 17), "33");
+  EXPECT_EQ(options.StoredBackground(), (std::array<double, 3>{11, 22, 33}));
 }
 
 TEST_F(OptionsFrame, AWhiteBackgroundIsNotKeptAsTheOneBefore) {

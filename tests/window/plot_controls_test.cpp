@@ -272,5 +272,23 @@ TEST_F(Controls, FrozenStartEmptiesThePlotUntilTheUserMoves) {
   EXPECT_EQ(Index(), run.lists.NumberPoints) << "it grows again";
 }
 
+TEST_F(Controls, ResetAndANewPlotEndAFrozenStart) {
+  view.animation = true;
+  for (const bool reset : {true, false}) {
+    ShowPlot();
+    controls.FrozenStart(8);
+    ASSERT_TRUE(view.frozen);
+    if (reset) {
+      controls.ClickCommand9();
+    } else {
+      controls.NewPlot(false);
+    }
+    EXPECT_FALSE(view.frozen);
+    EXPECT_EQ(scene.RedrawState(), kRunning);
+    EXPECT_EQ(controls.FrozenStart(8), 17) << "the next press is a first one";
+    controls.FrozenStart(8);
+  }
+}
+
 }  // namespace
 }  // namespace orv::testing

@@ -1,6 +1,7 @@
 #include "window/replot.h"
 
 #include <gmock/gmock.h>
+#include <utility>
 
 #include "analysis/run_driver.h"
 #include "analysis/run_fixture.h"
@@ -29,6 +30,7 @@ class StatusBar : public WindowFixture {
   }
   // One whole click that re-plots; returns the plot, 0 when the selection was shown or nothing happened.
   double Walked(const ClickKeys& keys = kPlain) {
+    PassFirstClick();
     const ReplotAction action = replot.Click(keys);
     if (action != ReplotAction::Replot) {
       replot.Ended(false);
@@ -40,6 +42,13 @@ class StatusBar : public WindowFixture {
     replot.Release();
     return plot;
   }
+  // The first click opens the selection, which is cancelled.
+  void PassFirstClick() {
+    if (std::exchange(passed_, true)) return;
+    EXPECT_EQ(replot.Click(kPlain), ReplotAction::ShowSelection);
+    form.Cancel();
+    EXPECT_EQ(replot.TakeSelection(), ReplotAction::None);
+  }
   // A choice in the selection that a right click opened.
   ReplotAction Choose(int plot) {
     EXPECT_EQ(replot.Click(kRight), ReplotAction::ShowSelection);
@@ -48,6 +57,9 @@ class StatusBar : public WindowFixture {
     EXPECT_TRUE(form.GoPlot(main));
     return replot.TakeSelection();
   }
+
+ private:
+  bool passed_ = false;
 };
 
 // --- which click does what
@@ -77,8 +89,22 @@ TEST_F(StatusBar, RightShiftAndTheFirstClickShowTheSelection) {
   EXPECT_EQ(replot.Click(kPlain), ReplotAction::Replot);
 }
 
+TEST_F(StatusBar, TheFirstClickBehindARunShowsTheSelection) {
+  Memorise({9, 13}, 13);  // the run itself has asked for its plot
+  EXPECT_EQ(replot.Click(kPlain), ReplotAction::ShowSelection);
+  replot.Ended(false);
+  EXPECT_EQ(replot.Click(kPlain), ReplotAction::Replot);
+  replot.Ended(true);
+  replot.PrepareUpdate();
+  form.Open("", run, {});
+  EXPECT_EQ(replot.Click(kPlain), ReplotAction::ShowSelection) << "another run, another first click";
+  replot.Ended(false);
+  EXPECT_EQ(replot.Click(kPlain), ReplotAction::Replot);
+}
+
 TEST_F(StatusBar, EightEmptyButtonsShowTheSelection) {
   Memorise({}, 13);
+  PassFirstClick();
   EXPECT_EQ(replot.Click(kPlain), ReplotAction::ShowSelection);
   EXPECT_EQ(main.statusTag, "busy");
 }
@@ -175,6 +201,7 @@ TEST_F(StatusBar, TellsOfASkippedPlotAndEndsWithTheModel) {
   settings.Write("UseOrv", "PlotsUsed0", "92 c");
   settings.Write("UseOrv", "PlotsUsed1", "9 a");
   Memorise({}, 13);
+  PassFirstClick();
   EXPECT_EQ(replot.Click(kPlain), ReplotAction::Replot);
   EXPECT_EQ(main.panel, "NO DATA for this plot, process not performed");
   replot.Ended(true);
@@ -185,6 +212,7 @@ TEST_F(StatusBar, ShowsTheSelectionWhenNoneCanBeTaken) {
   settings.Write("UseOrv", "PlotsUsed0", "92 c");
   settings.Write("UseOrv", "PlotsUsed1", "99 d");
   Memorise({}, 13);
+  PassFirstClick();
   EXPECT_EQ(replot.Click(kPlain), ReplotAction::ShowSelection);
   EXPECT_EQ(main.panel, "NO DATA for this plot, process not performed");
   EXPECT_EQ(run.plot.IndexPlotRequest, 0);
@@ -204,6 +232,7 @@ TEST(Computed, FollowsTheProcessesOfTheRun) {
 
 TEST_F(StatusBar, ATakenPlotSetsTheSides) {
   Memorise({9, 92}, 92);
+  PassFirstClick();
   EXPECT_EQ(replot.Click(kPlain), ReplotAction::Replot);
   EXPECT_EQ(run.plot.IndexPlotRequest, 9);
   EXPECT_EQ(view.SidesMode, 2);
@@ -216,6 +245,18 @@ TEST_F(StatusBar, ATakenPlotSetsTheSides) {
   EXPECT_EQ(replot.Click(kPlain), ReplotAction::Replot);
   EXPECT_EQ(view.SidesMode, 1);
   EXPECT_EQ(main.panelTip, "R&V dots&borders");
+}
+
+TEST_F(StatusBar, RectoOfTheSelectionStaysWhileItsPlotIsMade) {
+  Memorise({}, 92);
+  EXPECT_EQ(Choose(92), ReplotAction::Replot);
+  EXPECT_EQ(view.SidesMode, 1);
+  EXPECT_EQ(main.panelTip, "RECTO");
+  replot.Ended(true);
+  EXPECT_EQ(main.panelTip, kModelText);
+  EXPECT_EQ(Choose(9), ReplotAction::Replot);
+  EXPECT_EQ(view.SidesMode, 2);
+  EXPECT_EQ(main.panelTip, "RECTO side");
 }
 
 TEST_F(StatusBar, AChosenPlotTakesItsOptionsAlong) {

@@ -1,0 +1,11 @@
+#include "fuzz/book_parts.h"
+#include "fuzz/workbook_checks.h"
+
+// The parts of an xlsx file: the sheet, and others behind lines "@@NAME".
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace orv::testing;
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const std::string bytes = ZipOfText(XlsxParts({}), "xl/worksheets/sheet1.xml", text);
+  ReadAndCheck(bytes, FuzzLocales()[size % 2]);
+  return 0;
+}

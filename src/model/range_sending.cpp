@@ -194,8 +194,10 @@ std::optional<RangePlot> ReadRangePlot(Spreadsheet& sheet, const RangeCopy& copy
   RangePlot plot;
   RangeTexts texts;
   PlotRanges ranges;
-  plot.header.specification = copy.specification;
-  ParseSpecification(copy.specification, plot.header.scale, plot.header.options, texts, reader, copy.MainKeyword);
+  // As the plot file will hold it, so that both are read alike.
+  plot.header.specification = FieldText(copy.specification);
+  ParseSpecification(plot.header.specification, plot.header.scale, plot.header.options, texts, reader,
+                     copy.MainKeyword);
   LogUnused(texts, dialogs);
   narrow = !FindPlotRanges(texts, ranges);
   if (narrow) {

@@ -58,7 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace orv;
   using namespace orv::testing;
   FuzzInput input(data, size);
-  const std::string specification = FieldText(input.TextLine());
+  const std::string specification = input.TextLine();
   const Locale& locale = FuzzLocales()[specification.size() % 3];
   FuzzDialogs dialogs(Answer::Ignore, kMostLines * kPlotFields);
   ErrorPrompt prompt(dialogs);

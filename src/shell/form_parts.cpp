@@ -16,9 +16,18 @@ QString ShownText(const std::string& text) {
   return shown;
 }
 
+namespace {
+
+// As rich text a long tip is broken into lines; its blanks stay.
+QString TipText(const QString& text) {
+  return "<p style=\"white-space:pre-wrap\">" + text.toHtmlEscaped() + "</p>";
+}
+
+}  // namespace
+
 void ShowTip(QWidget& widget, const std::string& tip) {
   const QString text = QString::fromStdString(tip);
-  const QString shown = tip.empty() ? QString() : "<qt>" + text.toHtmlEscaped() + "</qt>";
+  const QString shown = tip.empty() ? QString() : TipText(text);
   if (widget.toolTip() == shown) return;
   widget.setToolTip(shown);
   widget.setAccessibleDescription(text);
@@ -27,8 +36,7 @@ void ShowTip(QWidget& widget, const std::string& tip) {
 void SetUp(QWidget& widget, const QString& name, const std::string& tip, const std::string& caption) {
   widget.setObjectName(name);
   const QString tipText = QString::fromStdString(tip);
-  // As rich text a long tip is broken into lines.
-  if (!tip.empty()) widget.setToolTip("<qt>" + tipText.toHtmlEscaped() + "</qt>");
+  if (!tip.empty()) widget.setToolTip(TipText(tipText));
   QString spoken = QString::fromStdString(caption).remove('&').trimmed();
   if (spoken.isEmpty()) spoken = tip.empty() ? name : tipText;
   widget.setAccessibleName(spoken);

@@ -62,6 +62,7 @@ QPushButton* MakeMainButton(QWidget* parent, std::string_view name) {
   QPushButton* const button =
       MakeButton(parent, QString::fromStdString(ObjectName(entry)), std::string(entry.caption), std::string(entry.tip));
   button->setAutoDefault(false);
+  button->setFocusPolicy(Qt::TabFocus);  // a click leaves the keys to the view
   return button;
 }
 
@@ -116,7 +117,7 @@ frmMain::frmMain(const WindowServices& services, QWidget* parent)
   connect(&services_.dialogs, &QtDialogs::StatusChanged, this,
           [this](const QString& text) { pickPanel_->setText(text); });
   connect(&services_.dialogs, &QtDialogs::Logged, this, [this](const QString& text) {
-    Text12_->setText(text.simplified());
+    Text12_->setText(QString(text).replace('\n', ' '));
     Text12_->setCursorPosition(0);
     if (services_.warning.State() != "Shown") Text12_->show();
   });
@@ -278,7 +279,7 @@ void frmMain::BuildMenus() {
     action->setMenuRole(QAction::NoRole);
     menuActions_[name] = action;
     const MenuAction what = entry.action;
-    connect(action, &QAction::triggered, this, [this, what] { Do([&] { DoMenu(what); }); });
+    connect(action, &QAction::triggered, this, [this, what, name] { Do([&] { DoMenu(what); }, name + "_Click"); });
   }
   menuActions_.at("mnuFOpen")->setShortcut(QKeySequence::Open);
   menuActions_.at("mnuFPrint")->setShortcut(QKeySequence::Print);
@@ -309,7 +310,7 @@ void frmMain::BuildToolbar() {
     button->setIcon(ToolIcon(key));
     button->setCheckable((tool.EditState != kNoState && tool.EditState <= 12) || tool.EditState == kFrozenStartState);
     button->setFocusPolicy(Qt::TabFocus);
-    connect(button, &QToolButton::clicked, this, [this, key] { Do([&] { DoTool(key); }); });
+    connect(button, &QToolButton::clicked, this, [this, key] { Do([&] { DoTool(key); }, "Toolbar1_ButtonClick"); });
     bar->addWidget(button);
     tools_[key] = button;
   }

@@ -96,7 +96,7 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow, pr
   void Start();
 
   // Actions.
-  void Do(const std::function<void()>& action);
+  void Do(const std::function<void()>& action, const std::string& routine = "frmMain");
   void TellFault(const std::string& text);
   bool BusyTold();
   void DoMenu(MenuAction action);

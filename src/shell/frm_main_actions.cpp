@@ -21,6 +21,7 @@
 #include "shell/status_panel.h"
 #include "view/cell_picking.h"
 #include "window/help_texts.h"
+#include "window/shell_failures.h"
 
 // What the menus, the toolbar, the mouse and the keys of the main window do.
 namespace orv {
@@ -28,6 +29,7 @@ namespace {
 
 constexpr double kViewDistance = 100;
 constexpr int kBusyCursor = 11;
+constexpr std::size_t kShortestArgument = 8;  // characters of a plot file that hides the menus
 
 CivilTime FileTime(const std::string& file) {
   const QDateTime time = QFileInfo(QString::fromStdString(file)).lastModified();
@@ -42,14 +44,12 @@ CivilTime FileTime(const std::string& file) {
 }  // namespace
 
 // Runs an action of the user; whatever it changed is shown, and an abort answer ends the program.
-void frmMain::Do(const std::function<void()>& action) {
+void frmMain::Do(const std::function<void()>& action, const std::string& routine) {
   try {
-    action();
+    RunRoutine(run_.prompt, routine, action);
   } catch (const ProgramEnd&) {
     ProgramEnded();
     return;
-  } catch (const RuntimeFailure& failure) {
-    TellFault(failure.description());
   } catch (const std::bad_alloc&) {
     TellFault("The memory of this machine does not hold this.");
   } catch (const std::exception& error) {
@@ -121,7 +121,7 @@ void frmMain::OpenFile(const std::string& name, bool asArgument) {
   const std::string fullName = QFileInfo(QString::fromStdString(name)).absoluteFilePath().toStdString();
   Do([&] {
     source_.Choose(fullName);
-    if (source_.Source() == PlotSource::Workbook || !asArgument) return;
+    if (source_.Source() == PlotSource::Workbook || !asArgument || name.size() < kShortestArgument) return;
     source_.SetFileMode();
     for (const std::string_view menu : kMenusHiddenInFileMode) menuActions_.at(std::string(menu))->setVisible(false);
   });
@@ -321,7 +321,9 @@ void frmMain::Tick() {
   };
   work.spin = [this] { return input_->SpinStep(); };
   work.movie = [this] {
-    if (movie_->MovieSaveAs()) Refresh();
+    const bool saved = movie_->MovieSaveAs();
+    if (saved) Refresh();
+    return saved;
   };
   if (scene_->TheUpdateTimer_ThatTime(work)) View().Control().Redraw();
 }

@@ -167,9 +167,9 @@ void Camera::Zoom(double factor) {
   SetWindow({x - halfWidth, x + halfWidth, y - halfHeight, y + halfHeight});
 }
 
-void Camera::Pan(double dx, double dy) {
+void Camera::Pan(double dx, double dy, double dz) {
   const Frame axes = Axes();
-  const Vec3 shift = PlusScaled(PlusScaled({}, dx, axes.right), dy, axes.up);
+  const Vec3 shift = PlusScaled(PlusScaled(PlusScaled({}, dx, axes.right), dy, axes.up), dz, axes.back);
   const Vec3 position = PlusScaled(position_, 1, shift);
   const Vec3 target = PlusScaled(target_, 1, shift);
   if (!Usable(position) || !Usable(target)) return;

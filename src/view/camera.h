@@ -54,7 +54,7 @@ class Camera {
   // Multiplies the window about its centre: below 1 enlarges what is seen.
   void Zoom(double factor);
   // Moves position and look-at together, in scene units to the right and upwards.
-  void Pan(double dx, double dy);
+  void Pan(double dx, double dy, double dz = 0);
   // Moves the position towards the look-at point (positive: nearer), never through it. In a perspective the window
   // shrinks with the distance, so that things come nearer.
   void Dolly(double distance);

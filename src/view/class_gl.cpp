@@ -338,7 +338,7 @@ bool ClassGl::TheUpdateTimer_ThatTime(const TimerWork& work) {
   if (playback_.Due(lists_, view_.AutoRotMode, view_.AutoRotPeriod, clock_.Seconds())) changed = true;
   if (work.linkBusy && work.linkBusy()) return changed;
   if (view_.options.Interactive != 0 && tickTen_ <= 6 && work.watch) work.watch();
-  if (work.movie) work.movie();
+  if (work.movie && work.movie()) changed = true;
   return changed;
 }
 

@@ -35,7 +35,7 @@ class SceneBodies {
 struct TimerWork {
   std::function<bool()> linkBusy;  // the spreadsheet link shows a dialog
   std::function<void()> watch;     // one pass of the spreadsheet watch
-  std::function<void()> movie;     // the next movie frame, if it is due
+  std::function<bool()> movie;     // the next movie frame, if it is due; true when one was saved
   std::function<bool()> spin;      // one step of the trackball's spin, at every tick; true when it turned
 };
 

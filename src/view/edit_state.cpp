@@ -256,7 +256,11 @@ void ViewInput::PanBy(double x, double y) {
   const OrthoWindow& window = TheCamera().Window();
   const double s = std::sqrt(window.left * window.left + window.right * window.right + window.bottom * window.bottom +
                              window.top * window.top);
-  TheCamera().Pan(x * kPanPart * s, -(y * kPanPart * s));
+  // The trackball turns what the camera sees: taken back, the picture moves along the screen whatever the turn is.
+  const double right = x * kPanPart * s;
+  const double up = -(y * kPanPart * s);
+  const Matrix4& turn = scene_.Control().Trackball().Matrix();
+  TheCamera().Pan(turn[0] * right + turn[1] * up, turn[4] * right + turn[5] * up, turn[8] * right + turn[9] * up);
 }
 
 // By the angle about the middle of the view; on its left half the other way round, so that upwards is

@@ -157,6 +157,7 @@ void PlotControls::NewPlot(bool canTurn) {
   if (turning) LeaveTurn();
   main_.command8Enabled = canTurn;
   main_.command8Tip = "Mean data only";
+  if (!scene_.Lists().VectorsShown) main_.command7Caption = styleCaption_;  // other lists, without the vectors
   Thaw();
 }
 

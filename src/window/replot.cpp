@@ -102,7 +102,7 @@ ReplotAction Replot::Walk() {
       continue;
     }
     walkPlace_ = place;
-    return TakePlot(plot);
+    return TakePlot(plot, false);
   }
   return ReplotAction::ShowSelection;
 }
@@ -121,15 +121,15 @@ ReplotAction Replot::TakeSelection() {
   run_.plot.PlotOptionText = selection_.PlotOptionText();
   run_.plot.LogScale = selection_.LogScale();
   const std::string tip = main_.panelTip;
-  const ReplotAction action = TakePlot(plot);
+  const ReplotAction action = TakePlot(plot, true);
   if (plot >= kRedeposition) main_.panelTip = tip;
   return action;
 }
 
-ReplotAction Replot::TakePlot(double plot) {
+ReplotAction Replot::TakePlot(double plot, bool selected) {
   run_.plot.IndexPlotRequest = plot;
   SetSides(plot < kRedeposition ? kRectoMode : kBordersMode);
-  missing_ = MissingDataOnStatusBar(plot, Computed());
+  missing_ = selected ? MissingDataInSelection(plot, Computed()) : MissingDataOnStatusBar(plot, Computed());
   if (!missing_.empty()) main_.panel = missing_;
   return ReplotAction::Replot;
 }

@@ -61,7 +61,8 @@ class Replot {
   void StepSides();
   void SetSides(int mode);
   ReplotAction Walk();
-  ReplotAction TakePlot(double plot);
+  // selected: in the selection, which words what is missing in its own way.
+  ReplotAction TakePlot(double plot, bool selected);
   void FreeMark();
 
   RunContext& run_;

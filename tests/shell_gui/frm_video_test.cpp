@@ -101,7 +101,7 @@ TEST_F(FrmVideoTest, ShowsTheFormOfTheMovie) {
            {"Command1", "Start/Restart Video"}, {"Command2", "Pause Video"}, {"Command3", "End Video"}}) {
     EXPECT_EQ(Child<QPushButton>(window, name).text().remove('&'), caption);
   }
-  EXPECT_EQ(Child<QPushButton>(window, "Command1").toolTip(), "<qt>Start Video</qt>");
+  EXPECT_EQ(Child<QPushButton>(window, "Command1").toolTip(), "<p style=\"white-space:pre-wrap\">Start Video</p>");
   EXPECT_THAT(Child<QScrollBar>(window, "HScroll1").toolTip().toStdString(), HasSubstr("(default is 20)"));
 }
 
@@ -130,13 +130,13 @@ TEST_F(FrmVideoTest, StartPauseRestartEnd) {
   EXPECT_THAT(Text("Text3"), StartsWith("1 / 20 Frames"));
   Click(window, "Command2");
   EXPECT_EQ(start.property("Tag").toString(), "ReStart");
-  EXPECT_EQ(start.toolTip(), "<qt>Restart Video</qt>");
+  EXPECT_EQ(start.toolTip(), "<p style=\"white-space:pre-wrap\">Restart Video</p>");
   steps.now += 100;
   EXPECT_FALSE(movie.MovieSaveAs());
   Screenshot(window, "frmVideo");
   Click(window, "Command1");
   EXPECT_EQ(start.property("Tag").toString(), "");
-  EXPECT_EQ(start.toolTip(), "<qt>Start Video</qt>");
+  EXPECT_EQ(start.toolTip(), "<p style=\"white-space:pre-wrap\">Start Video</p>");
   steps.now += 1.5;
   EXPECT_TRUE(movie.MovieSaveAs());
   EXPECT_EQ(movie.MovieFrame(), 3);

@@ -98,7 +98,7 @@ TEST(FormPartsTest, ControlsAreFoundByTheirNames) {
   const auto* check = form.findChild<QCheckBox*>("Check1(3)");
   ASSERT_NE(check, nullptr);
   EXPECT_EQ(check->text(), "no Plot Axis");
-  EXPECT_EQ(check->toolTip(), "<qt>a tip &lt; b</qt>");
+  EXPECT_EQ(check->toolTip(), "<p style=\"white-space:pre-wrap\">a tip &lt; b</p>");
   EXPECT_EQ(check->accessibleName(), "no Plot Axis");
   EXPECT_EQ(bar->accessibleName(), "Redraw speed");
   EXPECT_EQ(bar->value(), 1000);

@@ -42,7 +42,8 @@ TEST_F(OptionsFrameTest, HoldsEveryControlOfTheTable) {
     ASSERT_NE(control, nullptr) << name.toStdString();
     EXPECT_FALSE(control->accessibleName().isEmpty()) << name.toStdString();
     if (!entry.tip.empty()) {
-      EXPECT_EQ(control->toolTip(), "<qt>" + QString::fromStdString(std::string(entry.tip)).toHtmlEscaped() + "</qt>");
+      EXPECT_EQ(control->toolTip(), "<p style=\"white-space:pre-wrap\">" +
+                                        QString::fromStdString(std::string(entry.tip)).toHtmlEscaped() + "</p>");
     }
     const auto* button = qobject_cast<QAbstractButton*>(control);
     if (button != nullptr) {

@@ -128,6 +128,29 @@ TEST_F(EditStateTest, PanMovesCameraAndTargetByTheWindow) {
   }
 }
 
+// Whatever the trackball's turn, a drag to the right moves the picture as it does without one.
+TEST_F(EditStateTest, PanFollowsTheScreenBehindATurn) {
+  scene.CameraSet("iso", 2, 0);
+  input.SetEditState(1);
+  const auto onScreen = [&] {
+    const Matrix4 seen = control.ModelviewMatrix();
+    return std::array<double, 2>{seen[12], seen[13]};
+  };
+  for (const double way : {0.0, 0.5, 0.9}) {
+    control.Trackball().Clear();
+    control.Trackball().Enable(true);
+    control.Trackball().Down(0, 0);
+    control.Trackball().Move(way, way / 3);
+    control.Trackball().Up(way, way / 3);
+    control.Trackball().Stop();
+    const auto before = onScreen();
+    DragOnce(kLeft, 40, 20);
+    const auto after = onScreen();
+    EXPECT_NEAR(after[0] - before[0], -40 * 0.0025 * 20, 1e-6) << way;
+    EXPECT_NEAR(after[1] - before[1], 20 * 0.0025 * 20, 1e-6) << way;
+  }
+}
+
 TEST_F(EditStateTest, ZoomStepsTheOrthographicWindow) {
   input.SetEditState(kZoomState);
   Drag(kLeft, 0, -5);

@@ -295,9 +295,9 @@ TEST_F(StatusBar, AnExplicitChoiceGetsTheMessageAndIsShown) {
     int plot;
     const char* message;
   };
-  for (const Row& row : {Row{13, 0, 91, "NO DATA: redeposition process not performed"},
-                         Row{92, 0, 96, "NO DATA: Cleaning process not performed"},
-                         Row{13, 0, 96, "NO DATA: Cleaning process not performed"}, Row{13, 3, 19, kRotationText},
+  for (const Row& row : {Row{13, 0, 91, "NO DATA: redeposition process not performed "},
+                         Row{92, 0, 96, "NO DATA: cleaning process not performed "},
+                         Row{13, 0, 96, "NO DATA: cleaning process not performed "}, Row{13, 3, 19, kRotationText},
                          Row{19, 3, 19, nullptr}, Row{96, 3, 101, nullptr}, Row{13, 0, 19, nullptr}}) {
     SCOPED_TRACE(std::to_string(row.computed) + " then " + std::to_string(row.plot));
     settings = WatchedSettings();

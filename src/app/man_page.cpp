@@ -45,7 +45,7 @@ void AppendFooter(const std::string& footer, std::string& page) {
 }  // namespace
 
 std::string ManPage(const CLI::App& program, const std::string& version) {
-  const std::string name = program.get_name();
+  const std::string& name = program.get_name();
   const std::string description = program.get_description();
   std::string capitals;
   for (const char c : name) capitals += static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);

@@ -39,7 +39,7 @@ std::string ChooseSpecification(const Arguments& arguments, Session& session, Fi
                                              "\": a specification names ranges, such as " + example + ".");
   }
   const CellPosition cell = workbook.ActiveCell();
-  const std::string formula = workbook.Formula(cell);
+  std::string formula = workbook.Formula(cell);
   if (IsSpecification(formula, session, keyword)) return formula;
   throw WorkbookError(arguments.shown, "is no plot file, and its cell " + CellName(cell) + " on the sheet \"" +
                                            workbook.SheetName() + "\" holds no specification such as " + example +

@@ -24,7 +24,9 @@ constexpr std::array<double, kPlotRanges> kProgressSteps = {0.15, 0.20, 0.25, 0.
 void LogUnused(const RangeTexts& texts, UserDialogs& dialogs) {
   for (std::size_t k = 0; k < kPlotRanges; ++k) {
     const std::string& text = texts[k];
-    const bool firstCellOfValues = k == 1 && ParseRange(text + ":" + text).present();
+    std::string twice = text;
+    twice.append(":").append(text);
+    const bool firstCellOfValues = k == 1 && ParseRange(twice).present();
     if (text.empty() || ParseRange(text).present() || firstCellOfValues) continue;
     const bool otherSheet = Contains(text, "!");
     dialogs.Log("_The range " + LeftCharacters(text, 100) + " is left out: " +

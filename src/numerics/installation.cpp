@@ -18,10 +18,10 @@ std::string IfThere(const std::filesystem::path& path) {
 
 std::string FindInstalled(const std::string& program, const std::string& name) {
   std::filesystem::path folder = PathOf(program).parent_path();
-  const std::string installed = IfThere(folder / ".." / "share" / "orvvalis" / PathOf(name));
+  std::string installed = IfThere(folder / ".." / "share" / "orvvalis" / PathOf(name));
   if (!installed.empty()) return installed;
   for (int above = 0; above <= kFoldersAbove; ++above) {
-    const std::string found = IfThere(folder / PathOf(name));
+    std::string found = IfThere(folder / PathOf(name));
     if (!found.empty()) return found;
     folder = folder.parent_path();
   }

@@ -97,6 +97,7 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow, pr
 
   // Actions.
   void Do(const std::function<void()>& action, const std::string& routine = "frmMain");
+  void Attempt(const std::function<void()>& action, const std::string& routine);
   void TellFault(const std::string& text);
   bool BusyTold();
   void DoMenu(MenuAction action);
@@ -115,7 +116,6 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow, pr
   void ChooseWorkbook();
   void ShowOptions(bool shown);
   void LookFrom(const Vec3& position, const Vec3& up);
-  void SaveImage(const std::string& name);
   bool SavePicture(const std::string& name, const std::string& folder);
   void ToggleMovie();
   void RunPowerPoint();

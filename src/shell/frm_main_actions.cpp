@@ -45,17 +45,21 @@ CivilTime FileTime(const std::string& file) {
 
 // Runs an action of the user; whatever it changed is shown, and an abort answer ends the program.
 void frmMain::Do(const std::function<void()>& action, const std::string& routine) {
+  Attempt(action, routine);
+  if (!ending_ && scene_ != nullptr && replot_ != nullptr && panel_ != nullptr && video_ != nullptr) Refresh();
+}
+
+// The same for what changes no control, such as a drag.
+void frmMain::Attempt(const std::function<void()>& action, const std::string& routine) {
   try {
     RunRoutine(run_.prompt, routine, action);
   } catch (const ProgramEnd&) {
     ProgramEnded();
-    return;
   } catch (const std::bad_alloc&) {
     TellFault("The memory of this machine does not hold this.");
   } catch (const std::exception& error) {
     TellFault(error.what());
   }
-  if (!ending_ && scene_ != nullptr && replot_ != nullptr && panel_ != nullptr && video_ != nullptr) Refresh();
 }
 
 void frmMain::TellFault(const std::string& text) {
@@ -193,10 +197,10 @@ void frmMain::DoMenu(MenuAction action) {
       ChooseWorkbook();
       break;
     case MenuAction::SaveImage:
-      SaveImage(kSavedImage);
+      SavePicture(kSavedImage, ImageDirectory());
       break;
     case MenuAction::SaveImageWithTimeStamp:
-      SaveImage(TimeStampImage(run_.clock.Local()));
+      SavePicture(TimeStampImage(run_.clock.Local()), ImageDirectory());
       break;
     case MenuAction::MovieFrames:
       toolbar_.SetMovieFlag(!toolbar_.MovieFlag());
@@ -295,7 +299,7 @@ void frmMain::DoTool(const std::string& key) {
       scene_->CameraSet(click.camera, click.axis, click.SPECaxeVertical);
       break;
     case ToolAction::SaveImage:
-      SaveImage(TimeStampImage(run_.clock.Local()));
+      SavePicture(TimeStampImage(run_.clock.Local()), ImageDirectory());
       break;
     case ToolAction::MovieFrames:
       ToggleMovie();
@@ -344,7 +348,7 @@ void frmMain::MouseDown(int Button, int Shift, double x, double y) {
 }
 
 void frmMain::MouseMove(int Button, int Shift, double x, double y) {
-  input_->MouseMove(Button, Shift, x, y);
+  Attempt([&] { input_->MouseMove(Button, Shift, x, y); }, "glxCtl1_MouseMove");
 }
 
 void frmMain::MouseUp(int Button, int Shift, double x, double y) {
@@ -361,7 +365,7 @@ void frmMain::DblClick(int Button, int, double, double) {
 }
 
 void frmMain::Wheel(double notches, int, double, double) {
-  input_->Wheel(notches);
+  Attempt([&] { input_->Wheel(notches); }, "glxCtl1_MouseWheel");
 }
 
 void frmMain::KeyDown(int& KeyCode, int Shift) {

@@ -20,8 +20,6 @@
 namespace orv {
 namespace {
 
-constexpr int kBusyCursor = 11;
-constexpr int kNormalCursor = 0;
 constexpr int kPictureWidth = 320;
 constexpr const char* kManual = "docs/README.md";
 
@@ -45,23 +43,11 @@ std::string frmMain::ImageDirectory() const {
   return ImageFolder(options_.ImageDirectory(), run_.model.WorkbookFolder, pictures);
 }
 
+// A picture that cannot be saved ends without a box; the status bar says so.
 bool frmMain::SavePicture(const std::string& name, const std::string& folder) {
-  const Image picture = View().Picture();
-  const std::string file = SaveName(name, folder);
-  const std::string failure = picture.rgb.empty() ? "There is no picture to save." : WriteBitmap(file, picture);
-  if (!failure.empty()) {
-    services_.dialogs.Log("_" + failure);
-    pickPanel_->setText(QString::fromStdString(failure));
-    return false;
-  }
-  pickPanel_->setText("Saved " + QString::fromStdString(file));
-  return true;
-}
-
-void frmMain::SaveImage(const std::string& name) {
-  View().Control().Cursor(kBusyCursor);
-  SavePicture(name, ImageDirectory());
-  View().Control().Cursor(kNormalCursor);
+  const bool saved = View().SavePicture(name, folder);
+  pickPanel_->setText(QString::fromStdString((saved ? "Saved " : "Not saved: ") + SaveName(name, folder)));
+  return saved;
 }
 
 void frmMain::ToggleMovie() {

@@ -12,6 +12,7 @@
 
 #include "numerics/failure.h"
 #include "shell/tool_icons.h"
+#include "view/capture.h"
 
 namespace orv {
 namespace {
@@ -288,11 +289,25 @@ void glxWidget::paintGL() {
   if (!drawn_ && !drawing_ && ready_) ShowStandIn();
 }
 
-Image glxWidget::Picture() {
+// Draws what waits to be drawn and makes the view's OpenGL current; false when there is none. A paint that finds a new
+// background asks for another one.
+bool glxWidget::BringUpToDate() {
   if (!isValid()) grabFramebuffer();  // makes the OpenGL of a view that was never shown
-  if (!ready_ || !isValid()) return {};
-  if (!drawn_ || control_->RedrawAsked()) DrawNow();
+  if (!ready_ || !isValid()) return false;
+  for (int paint = 0; paint < 2 && (!drawn_ || control_->RedrawAsked()); ++paint) DrawNow();
   makeCurrent();
+  return true;
+}
+
+bool glxWidget::SavePicture(const std::string& Name, const std::string& DIReCT) {
+  if (!BringUpToDate()) return false;
+  const bool saved = SaveBMP(*control_, Name, DIReCT);
+  doneCurrent();
+  return saved;
+}
+
+Image glxWidget::Picture() {
+  if (!BringUpToDate()) return {};
   Image image{control_->Width(), control_->Height(), {}};
   const std::size_t rowBytes = BitmapRowBytes(image.width);
   const std::size_t imageRow = static_cast<std::size_t>(image.width) * 3;

@@ -79,6 +79,9 @@ class glxWidget : public QOpenGLWidget {
   void DrawNow();
   // The picture that the view shows, drawn anew when a paint is awaited; empty without OpenGL.
   Image Picture();
+  // Writes what Picture shows as a bitmap; see SaveBMP of the capture. False when there is none or it cannot be
+  // written.
+  bool SavePicture(const std::string& Name, const std::string& DIReCT);
 
   // Why there is no view; empty while there is one.
   const std::string& Missing() const { return missing_; }
@@ -103,6 +106,7 @@ class glxWidget : public QOpenGLWidget {
   void keyReleaseEvent(QKeyEvent* event) override;
 
  private:
+  bool BringUpToDate();
   class WidgetControl;
   struct Place {
     double x, y;

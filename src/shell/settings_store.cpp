@@ -96,7 +96,7 @@ std::string FileSettings::OutputFolder() {
     return folder;
   };
   const std::string stored = ReadSetting(*this, kSectionDirs, "directory");
-  const std::string folder = withSeparator(stored == "C:\\" ? folder_ : stored);
+  const std::string folder = withSeparator(stored.empty() || stored == "C:\\" ? folder_ : stored);
   try {
     Write(std::string(kSectionDirs), "directory", folder);
   } catch (const RuntimeFailure&) {

@@ -177,8 +177,8 @@ void Movie::Command2_Click() {
 
 void Movie::Command3_Click() {
   MovieCount_ = MovieFrame_;
-  Finish();
   update();
+  Finish();
   form_.visible = false;
 }
 

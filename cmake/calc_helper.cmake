@@ -31,7 +31,8 @@ if(ORV_CALC AND NOT WIN32)
       target_include_directories(${name} SYSTEM PRIVATE ${ORV_OFFICE_HEADERS} ${PROJECT_BINARY_DIR}/office_types)
       target_compile_definitions(${name} PRIVATE LINUX UNX CPPU_ENV=gcc3
         ORV_OFFICE_TYPES="file://${ORV_OFFICE_FOLDER}/types/offapi.rdb")
-      target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wold-style-cast -Werror)
+      target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wold-style-cast -Werror
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict;-Wno-array-bounds;-Wno-stringop-overflow;-Wno-stringop-overread>)
       target_link_libraries(${name} PRIVATE Threads::Threads ${ORV_OFFICE_LIBRARIES})
       set_target_properties(${name} PROPERTIES BUILD_RPATH ${ORV_OFFICE_FOLDER} INSTALL_RPATH ${ORV_OFFICE_FOLDER})
     endfunction()

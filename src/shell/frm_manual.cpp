@@ -21,7 +21,7 @@ class ManualPages : public QTextBrowser {
 
  protected:
   QVariant loadResource(int type, const QUrl& name) override {
-    const QVariant resource = QTextBrowser::loadResource(type, name);
+    QVariant resource = QTextBrowser::loadResource(type, name);
     if (type != QTextDocument::ImageResource) return resource;
     QImage image = resource.metaType().id() == QMetaType::QByteArray ? QImage::fromData(resource.toByteArray())
                                                                      : resource.value<QImage>();

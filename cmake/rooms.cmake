@@ -5,7 +5,7 @@ function(orv_room name)
   list(FILTER sources EXCLUDE REGEX "/(main|point_lists)\\.cpp$")
   # What one system offers and the other does not.
   if(WIN32)
-    list(FILTER sources EXCLUDE REGEX "/(offscreen_control|calc_[a-z_]+)\\.cpp$")
+    list(FILTER sources EXCLUDE REGEX "/(offscreen_control|calc_(link|process))\\.cpp$")
   else()
     list(FILTER sources EXCLUDE REGEX "/(offscreen_absent|windows_automation)\\.cpp$")
   endif()

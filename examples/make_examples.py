@@ -383,6 +383,100 @@ def gallery():
     return [sheet]
 
 
+# --- the tutorial ----------------------------------------------------------------------------------------------------
+
+TUTORIAL_AT = 6  # row of the keyword
+TUTORIAL_ROOM = 10  # rows for the model, so that all its sheets have the database at the same place
+TUTORIAL_DIRECTIVES = "T 0 0 0.6 Twall 300"
+TUTORIAL = [
+    ("aluminium", "Bottom rect size 1 1 cells 20 20 R X 180", "normal -Z"),
+    ("aluminium", "East rect size 1.2 1 cells 12 10 R Y 90 T 0.5 0 0.6", "normal +X"),
+    ("silicon", "Wing rect size 1 3 cells 10 30 R X 180 T 0 2.1 0.3", "its cells look down"),
+    ("silver", "Dish par size 0.5 0.12 1 cells 24 6 R Y -20 T 1.2 0 -0.4", "an antenna"),
+    ("HT1350-measured", "Thruster thr size 0.05 0.03 cells 1 1 R X 180 T 0 0 -0.1", "fires along -Z"),
+]
+TUTORIAL_SHIELD = ("titanium", "Shield rect size 0.4 0.6 cells 8 12 R Y -90 T 0.3 0 -0.3", "the new row")
+
+
+def tutorial_variant(row, material, specification, remark):
+    model = list(TUTORIAL)
+    model[row] = (material or model[row][0], specification or model[row][1], remark)
+    return model
+
+
+def tutorial_sheet(name, title, note, model):
+    sheet = Sheet(name)
+    set_widths(sheet)
+    sheet.put(1, 1, title, "title")
+    sheet.put(2, 1, note, "note")
+    sheet.put(3, 1, "docs/tutorial.md goes through this workbook sheet by sheet.", "note")
+    put_model(sheet, TUTORIAL_AT, 2, "Small satellite, sheet " + name, TUTORIAL_DIRECTIVES, model)
+    put_database(sheet, TUTORIAL_AT + TUTORIAL_ROOM, 2, "Xenon Hall thruster of the 1.35 kW class", ["HT1350-measured"],
+                 ["silver", "aluminium", "silicon", "titanium"])
+    return sheet
+
+
+TUTORIAL_ORBIT_ROWS = 49
+TUTORIAL_ORBIT_FIRST = 10
+TUTORIAL_BURNS = [(0, "E"), (4, "S"), (6.5, "E"), (16, "S"), (18.5, "E")]
+
+
+def tutorial_orbit():
+    """A circular orbit made of formulas."""
+    sheet = Sheet("Orbit")
+    sheet.widths = {1: 26, 2: 14, 3: 14, 4: 14, 5: 14, 6: 14, 7: 8}
+    sheet.put(1, 1, "One day on an inclined synchronous orbit", "title")
+    figures = (("radius (km)", 42164), ("inclination (deg)", 30), ("first day (2026-03-19)", 46100),
+               ("period (day)", 0.99727))
+    for k, (head, value) in enumerate(figures):
+        sheet.put(2 + k, 1, head)
+        sheet.put(2 + k, 2, value, "input")
+    radius, inclination, day, period = (value for _, value in figures)
+    lines = []
+    for k in range(TUTORIAL_ORBIT_ROWS):
+        angle = k * 360 / (TUTORIAL_ORBIT_ROWS - 1)
+        row = TUTORIAL_ORBIT_FIRST + k
+        a, i = math.radians(angle), math.radians(inclination)
+        lines.append((
+            angle,
+            Formula("=ROUND($B$2*COS(RADIANS(A%d)),3)" % row, round(radius * math.cos(a), 3)),
+            Formula("=ROUND($B$2*SIN(RADIANS(A%d))*COS(RADIANS($B$3)),3)" % row,
+                    round(radius * math.sin(a) * math.cos(i), 3)),
+            Formula("=ROUND($B$2*SIN(RADIANS(A%d))*SIN(RADIANS($B$3)),3)" % row,
+                    round(radius * math.sin(a) * math.sin(i), 3)),
+            Formula("=ROUND($B$4+A%d/360*$B$5,6)" % row, round(day + angle / 360 * period, 6))))
+        if k < len(TUTORIAL_BURNS):
+            hour, state = TUTORIAL_BURNS[k]
+            lines[-1] += (Formula("=ROUND($B$4+%g/24,6)" % hour, round(day + hour / 24, 6)), state)
+    last = TUTORIAL_ORBIT_FIRST + TUTORIAL_ORBIT_ROWS - 1
+    tops = max(v.result if isinstance(v, Formula) else v for line in lines for v in line[1:6] if not isinstance(v, str))
+    sheet.put(7, 1, Formula("=0.001*MAX(B%d:G%d)" % (TUTORIAL_ORBIT_FIRST, last), round(0.001 * tops, 9)), "key")
+    sheet.put(7, 2, "select this cell: it names the columns to plot; the value that it shows does not matter", "note")
+    sheet.put_row(TUTORIAL_ORBIT_FIRST - 1, 1,
+                  ("angle (deg)", "x (km)", "y (km)", "z (km)", "time (day)", "burn (day)", "state"), "head")
+    for k, line in enumerate(lines):
+        sheet.put_row(TUTORIAL_ORBIT_FIRST + k, 1, line, "input")
+    sheet.active = (7, 1)
+    return sheet
+
+
+def tutorial():
+    canted = "Thruster thr size 0.05 0.03 cells 1 1 R X 180 R Y 25 T 0 0 -0.1"
+    return [
+        tutorial_sheet("Model", "The model of the tutorial", "What you have typed at the end of its first part.",
+                       TUTORIAL),
+        tutorial_sheet("Start", "Type your model here", "The keyword, the directives and the database are there; the "
+                       "rows of the model are yours: material in column B, specification in column C.", []),
+        tutorial_sheet("Canted", "The thruster leans away from the dish", "One row is changed: the thruster's.",
+                       tutorial_variant(4, None, canted, "R Y 25 is new")),
+        tutorial_sheet("Shielded", "A plate between thruster and dish", "One row is new: the last one.",
+                       TUTORIAL + [TUTORIAL_SHIELD]),
+        tutorial_sheet("Titanium", "Another material for the dish", "One cell is changed: the dish's material.",
+                       tutorial_variant(3, "titanium", None, "titanium in place of silver")),
+        tutorial_orbit(),
+    ]
+
+
 # --- range plots -----------------------------------------------------------------------------------------------------
 
 EARTH_GRAVITY = 398600.4418  # km3/s2
@@ -629,7 +723,7 @@ def main():
     folder = sys.argv[1] if len(sys.argv) > 1 else os.path.dirname(os.path.abspath(__file__))
     os.makedirs(os.path.join(folder, "broken"), exist_ok=True)
     books = (("telecom_satellite", telecom()), ("primitive_gallery", gallery()),
-             ("range_plots", [orbit_sheet(), surface_sheet()]))
+             ("range_plots", [orbit_sheet(), surface_sheet()]), ("tutorial", tutorial()))
     for name, book in books:
         write_xlsx(os.path.join(folder, name + ".xlsx"), book)
         write_ods(os.path.join(folder, name + ".ods"), book)

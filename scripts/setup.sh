@@ -1,4 +1,5 @@
 # Sourced by ./run, ./test and the CI: installs the Debian packages of a list that are missing. Quick when none is.
+# What was installed may let more be built, so that the next build is configured anew.
 install_missing() {
   local missing=() package
   for package in $(grep -hv '^#' "$@"); do
@@ -17,13 +18,14 @@ install_missing() {
   echo "Installing ${missing[*]}"
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -qq
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+  configure_anew=yes
 }
 
 # configure_and_build PRESET [TARGET...]: in the folder of the project.
 configure_and_build() {
   local preset=$1
   shift
-  if [ ! -f "build/$preset/build.ninja" ]; then cmake --preset "$preset" >"/tmp/orvvalis-configure-$$.log" 2>&1 || {
+  if [ ! -f "build/$preset/build.ninja" ] || [ -n "${configure_anew:-}" ]; then cmake --preset "$preset" >"/tmp/orvvalis-configure-$$.log" 2>&1 || {
     cat "/tmp/orvvalis-configure-$$.log" >&2
     return 1
   }; fi

@@ -177,11 +177,22 @@ void ReportTables::Corners() {
 int RedepositionSlot(const RunContext& run, int q) {
   static constexpr std::array<const char*, 3> kKinds = {"Redeposition ", "SputtClean. ", "NetRedep. "};
   const std::string label = LabelOf(run.ResultLabels, q);
-  const int used = std::min(run.materials.NumberOfMaterialsUsed, kStoreMaterials);
+  const std::vector<std::string>& materials = run.materials.MaterialsUsed;
+  const int used =
+      std::min({run.materials.NumberOfMaterialsUsed, kStoreMaterials, static_cast<int>(materials.size()) - 1});
+  const auto shows = [&](int kind, int k) {
+    const std::string name = ReplaceAll(materials[static_cast<std::size_t>(k)], "Tbl", "");
+    return label == kKinds[static_cast<std::size_t>(kind)] + name + "(m/s)";
+  };
+  // Names that differ only by "Tbl" share a label: the place of the quantity decides between them.
+  const int place = q - Number(Quantity::Redeposition);
+  if (place >= 0 && place < 3 * kStoreMaterials && place % kStoreMaterials < used &&
+      shows(place / kStoreMaterials, place % kStoreMaterials + 1)) {
+    return place + 1;
+  }
   for (int kind = 0; kind < 3; ++kind) {
-    for (int k = 1; k <= used && static_cast<std::size_t>(k) < run.materials.MaterialsUsed.size(); ++k) {
-      const std::string name = ReplaceAll(run.materials.MaterialsUsed[static_cast<std::size_t>(k)], "Tbl", "");
-      if (label == kKinds[static_cast<std::size_t>(kind)] + name + "(m/s)") return kStoreMaterials * kind + k;
+    for (int k = 1; k <= used; ++k) {
+      if (shows(kind, k)) return kStoreMaterials * kind + k;
     }
   }
   return 0;

@@ -3,7 +3,7 @@
 namespace orv {
 
 EffectContext RunContext::Effects() {
-  const double scale = reader.ReadNumber(ReadSetting(settings, kSectionUseOrv, "HeatFluxScale"));
+  const double scale = reader.ReadPointNumber(ReadSetting(settings, kSectionUseOrv, "HeatFluxScale"));
   return {model.ModelCells,
           model.NumberOfPrimitives,
           model.directives,

@@ -31,6 +31,7 @@ struct PlotState {
   double PlotOptionC = 0;
   double MaiOrigine = 0;
   int FullListing = 0;
+  bool RectoForced = false;  // by a run of redeposition
   int RedepositionOn = 0;
   int CleaningOn = 0;
   bool AutoRotationPlot = false;

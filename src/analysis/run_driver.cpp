@@ -4,12 +4,14 @@
 #include <cmath>
 #include <cstdlib>
 #include <new>
+#include <optional>
 
 #include "analysis/case_trace.h"
 #include "analysis/display_lists.h"
 #include "analysis/result_file.h"
 #include "analysis/result_labels.h"
 #include "analysis/run_block.h"
+#include "geometry/kept_shadows.h"
 #include "model/sheet_grid.h"
 #include "numerics/number_format.h"
 #include "numerics/text.h"
@@ -22,8 +24,9 @@ constexpr int kLastCellQuantity = kQuantities;
 constexpr double kViewPoints = 1048575;
 constexpr int kPointsPerCell = 7;
 constexpr int kSmallestArray = 5;
-constexpr double kMaxCells = 2e7;  // all planes of a run then take about 8 GB
-constexpr double kMaxGrid = 2e8;   // addressed for each primitive, mostly without memory behind it
+constexpr double kShadowsOfRunBefore = 2;  // NotHidden
+constexpr double kMaxCells = 2e7;          // all planes of a run then take about 8 GB
+constexpr double kMaxGrid = 2e8;           // addressed for each primitive, mostly without memory behind it
 
 // What the title of a plot begins with.
 std::string TitleStart(const PlotState& plot) {
@@ -108,7 +111,7 @@ class FullRun {
       Tell("Comm Excel : Syncho with Excel malfunction. To re do  ", "Warning", Icon::Warning);
       return false;
     }
-    CollectMaterials(0);
+    CollectMaterials(ThrusterRow());
     FillLabels();
     const std::string compatibility = ReadSetting(run_.settings, kSectionUseOrv, "PlotOptionC");
     plot().PlotOptionC = run_.reader.ReadNumber(compatibility);
@@ -137,6 +140,7 @@ class FullRun {
   void SwitchRedeposition() {
     const double index = plot().IndexPlot;
     plot().RedepositionOn = index >= 90 ? 1 : 0;
+    KeepRecto();
     if (index >= 90) {
       ForceRecto(
           "Only the recto sides are considered when redeposition computations are performed. Use the directive \"re\" "
@@ -150,9 +154,16 @@ class FullRun {
     }
   }
 
+  // A run that had to turn to the recto sides leaves the next ones there, until a directive line says otherwise.
+  void KeepRecto() {
+    if (Contains(UpperCase(model().DirectiveLine), "RE")) plot().RectoForced = false;
+    if (plot().RectoForced) model().directives.RectoOnly = 1;
+  }
+
   void ForceRecto(const char* text) {
     if (model().directives.RectoOnly != 0) return;
     model().directives.RectoOnly = 1;
+    plot().RectoForced = true;
     Tell(text, "Information");
   }
 
@@ -190,6 +201,8 @@ class FullRun {
     cells.MaxCellsI = std::max(static_cast<int>(ToIndex(largestI)), kSmallestArray);
     cells.MaxCellsJ = std::max(static_cast<int>(ToIndex(largestJ)), kSmallestArray);
     const int primitives = model().NumberOfPrimitives + kSpareModelRows;
+    keptShadows_.reset();
+    if (TakesShadowsOver()) keptShadows_.emplace(cells);
     try {
       cells.CellData.Size(primitives, cells.MaxCellsI, cells.MaxCellsJ, kLastCellQuantity);
       cells.CellCorners.Size(primitives, cells.MaxCellsI, cells.MaxCellsJ, kLastCellQuantity);
@@ -226,11 +239,15 @@ class FullRun {
     }
   }
 
-  void FindThruster() {
-    int found = 0;
-    for (int k = 1; k <= model().NumberOfPrimitives && found == 0; ++k) {
-      if (PrimitiveTypeAsTyped(model().ModelCells, k, kSpecColumn) == "thr") found = k;
+  int ThrusterRow() {
+    for (int k = 1; k <= model().NumberOfPrimitives; ++k) {
+      if (PrimitiveTypeAsTyped(model().ModelCells, k, kSpecColumn) == "thr") return k;
     }
+    return 0;
+  }
+
+  void FindThruster() {
+    const int found = ThrusterRow();
     run_.thruster.ThrusterPrimitive = found;
     if (found == 0) {
       Tell(
@@ -292,7 +309,18 @@ class FullRun {
     run_.thruster.PlumeLimitAngle = result.PlumeLimitAngle;
   }
 
+  bool TakesShadowsOver() {
+    return model().directives.NotHidden == kShadowsOfRunBefore && run_.rayTracing.computedOnce;
+  }
+
   void TraceRays() {
+    if (TakesShadowsOver()) {
+      if (keptShadows_ && keptShadows_->Fits(run_.cells)) {
+        keptShadows_->PutBack(run_.cells);
+      } else {
+        run_.rayTracing.computedOnce = false;  // those of another model are of no use
+      }
+    }
     RayTracingInput input;
     input.NumberOfPrimitives = model().NumberOfPrimitives;
     input.numberPrimWithVolumic = run_.cells.numberPrimWithVolumic;
@@ -337,7 +365,7 @@ class FullRun {
   }
 
   void Report() {
-    const double scale = run_.reader.ReadNumber(ReadSetting(run_.settings, kSectionUseOrv, "HeatFluxScale"));
+    const double scale = run_.reader.ReadPointNumber(ReadSetting(run_.settings, kSectionUseOrv, "HeatFluxScale"));
     if (!(scale > 0)) {
       block_([&] { run_.settings.Write(std::string(kSectionUseOrv), "HeatFluxScale", "0.1"); });
     }
@@ -355,6 +383,7 @@ class FullRun {
   std::vector<std::string> materialsBefore_;
   int materialCountBefore_ = 0;
   double optionBefore_ = 0;
+  std::optional<KeptShadows> keptShadows_;
 };
 
 }  // namespace

@@ -1,16 +1,11 @@
 #pragma once
 
-#include <memory>
-
 #include "app/arguments.h"
 #include "app/session.h"
 
 namespace orv {
 
 // The phases of the command line, each in a file of its own.
-
-// The workbook that is open in the running Calc. In a build without the link there is never one.
-std::unique_ptr<Spreadsheet> OpenLink(const Arguments& arguments);
 
 // Opens the workbook and reads model and database. Throws WorkbookError or ModelNotFound.
 void LoadModel(const Arguments& arguments, Session& session);

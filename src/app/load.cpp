@@ -1,8 +1,8 @@
 #include <filesystem>
 
 #include "app/command_line.h"
-#include "model/calc_link.h"
 #include "numerics/paths.h"
+#include "window/running_spreadsheet.h"
 
 namespace orv {
 namespace {
@@ -17,24 +17,18 @@ std::unique_ptr<Spreadsheet> OpenFile(const Arguments& arguments, Session& sessi
 
 }  // namespace
 
-std::unique_ptr<Spreadsheet> OpenLink(const Arguments& arguments) {
-  CalcLinkSettings settings;
-  settings.helper = FindCalcHelper();
-  settings.door = CalcDoorOf(arguments.door);
-  return std::make_unique<CalcLink>(std::move(settings));
-}
-
 void LoadModel(const Arguments& arguments, Session& session) {
-  const std::unique_ptr<Spreadsheet> sheet = arguments.link ? OpenLink(arguments) : OpenFile(arguments, session);
-  if (arguments.link && FindCalcHelper().empty()) {
+  if (arguments.link && !HasSpreadsheetLink()) {
     throw ModelNotFound{"This program was built without the link to a running Calc."};
   }
+  const std::unique_ptr<Spreadsheet> sheet =
+      arguments.link ? OpenRunningSpreadsheet(arguments.door, session.reader().locale()).sheet
+                     : OpenFile(arguments, session);
   CommExcel reading(*sheet, session.reader(), session.clock());
   CommExcel::Session source;
   source.MainKeyword.clear();  // a model is wanted, whatever the active cell holds
   if (reading.Read(session.run().model, source) != CommExcel::Outcome::Model) {
-    throw ModelNotFound{"There is no running Calc that can be reached. Open its door by the command\n  " +
-                        CalcDoorCommand(CalcDoorOf(arguments.door))};
+    throw ModelNotFound{NoSpreadsheetText(arguments.door)};
   }
   if (!arguments.outFolder.empty()) {
     std::error_code error;

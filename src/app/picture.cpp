@@ -12,13 +12,15 @@
 #include "view/offscreen_control.h"
 #include "view/scene_bodies.h"
 #include "window/level_lines.h"
+#include "window/options_form.h"
 
 namespace orv {
 namespace {
 
-ViewState ViewOf(const PictureArguments& arguments, const SettingsStore& settings, double plot) {
+// The view as the window would show it with these settings, and what the arguments change.
+ViewState ViewOf(const PictureArguments& arguments, Session& session, double plot) {
   ViewState view;
-  LoadOptions(settings, view.options);
+  OptionsForm(session.settings(), view, session.run().prompt).Load();
   if (const auto background = ReadBackground(arguments.background)) view.options.ColourOfBackGround = *background;
   view.ColorStyle = arguments.colorStyle;
   view.ScaleMode = arguments.scaleMode;
@@ -60,7 +62,7 @@ bool DrawPictures(const PictureArguments& arguments, Session& session, PointList
     }
     return false;
   };
-  ViewState view = ViewOf(arguments, session.settings(), lists.IndexPlot);
+  ViewState view = ViewOf(arguments, session, lists.IndexPlot);
   OffscreenWish wish;
   wish.width = arguments.width;
   wish.height = arguments.height;
@@ -101,8 +103,12 @@ bool DrawLevelLinePictures(const Arguments& arguments, Session& session, std::os
     if (text.empty() && !arguments.levelLines.empty()) {
       text = "Level lines are asked for by --options \"L n\", n the number of a primitive.";
     }
-    TellLevelLineFault(session.dialogs(), text);
-    return arguments.levelLines.empty();
+    if (arguments.levelLines.empty()) {
+      TellLevelLineFault(session.dialogs(), text);
+      return true;
+    }
+    session.dialogs().Tell(text, "Picture", Icon::Critical);
+    return false;
   }
   for (const std::string& name : arguments.levelLines) {
     MakeFolder(name);

@@ -1,5 +1,4 @@
 #include <filesystem>
-#include <fstream>
 
 #include "app/command_line.h"
 #include "model/plot_reading.h"
@@ -12,14 +11,10 @@
 namespace orv {
 namespace {
 
-constexpr std::size_t kFirstBytes = 4096;
-
-bool HoldsPlot(const std::string& file) {
-  std::ifstream in(PathOf(file), std::ios::binary);
-  std::string bytes(kFirstBytes, '\0');
-  in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  bytes.resize(static_cast<std::size_t>(in.gcount()));
-  return IsPlotFile(bytes);
+// The word that marks a range plot, as it is set among the options of the window.
+std::string MainKeyword(Session& session) {
+  std::string keyword = Trim(ReadSetting(session.settings(), kSectionUse, "Setstr02.00"));
+  return keyword.empty() ? std::string(kMainKeyword) : keyword;
 }
 
 bool IsSpecification(const std::string& text, Session& session, const std::string& keyword) {
@@ -54,8 +49,7 @@ void LoadRanges(const Arguments& arguments, Session& session) {
   for (const std::string& warning : workbook.warnings()) session.dialogs().Log(warning);
   workbook.Attach();
   RangeCopy copy;
-  copy.MainKeyword = ReadSetting(session.settings(), kSectionUse, "Setstr02.00");
-  if (Trim(copy.MainKeyword).empty()) copy.MainKeyword = kMainKeyword;
+  copy.MainKeyword = MainKeyword(session);
   copy.specification = ChooseSpecification(arguments, session, workbook, copy.MainKeyword);
   bool narrow = false;
   const auto plot = ReadRangePlot(workbook, copy, session.reader(), session.clock(), narrow);
@@ -74,7 +68,7 @@ void LoadPlotFile(const Arguments& arguments, Session& session) {
   }
   PlotFileNames names;
   names.TraceFile = arguments.shown;
-  const PlotReading reading = ReadPlotFile(names, session.run().lists, session.reader());
+  const PlotReading reading = ReadPlotFile(names, session.run().lists, session.reader(), MainKeyword(session));
   if (!reading.complete) throw WorkbookError(arguments.shown, "holds no plot.");
 }
 

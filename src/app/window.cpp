@@ -6,6 +6,7 @@
 #include "model/calc_door.h"
 #include "shell/frm_main.h"
 #include "shell/frm_warning.h"
+#include "window/running_spreadsheet.h"
 
 namespace orv {
 namespace {
@@ -48,9 +49,9 @@ int RunWindow(const Arguments& arguments, int argc, const char* const* argv, con
   RunContext run(prompt, reader, settings, clock, dataFolder);
   int exitCode = kExitDone;
   {
-    const std::unique_ptr<Spreadsheet> link = OpenLink(arguments);
+    const RunningSpreadsheet running = OpenRunningSpreadsheet(arguments.door, reader.locale());
     frmMain window({run, settings, dialogs, warnings, dataFolder, QApplication::applicationFilePath().toStdString(),
-                    *link, CalcDoorOf(arguments.door)});
+                    *running.sheet, CalcDoorOf(arguments.door), running.excel.get()});
     dialogs.SetWindow(&window);
     if (!arguments.workbook.empty()) window.OpenFile(arguments.workbook, true);
     window.show();

@@ -93,10 +93,22 @@ void NumberCells(GeometryCall& call) {
 void Place(GeometryCall& call, bool rebuild) {
   const std::string unedited = call.spec.Tail;
   for (int shell = 0; shell < call.shells; ++shell) {
-    call.spec.Tail = rebuild && shell == 0 ? RewriteTailForRotation(unedited, call.state.rotation, call.specification,
-                                                                    call.specification, call.prompt)
-                                           : unedited;
+    call.spec.Tail = rebuild && shell == 0
+                         ? RewriteTailForRotation(unedited, call.state.rotation, call.specification, call.specification,
+                                                  call.prompt, call.reader.locale())
+                         : unedited;
     WalkTail(call, call.k + shell, call.spec.Tail);
+  }
+}
+
+// A coordinate that a shape leaves as it was is 0 in a first build. In a rebuild it must not be the one of the position
+// before, which the tail would move once more.
+void ClearCorners(GeometryCall& call, int k) {
+  const CellBlock& corners = call.cells.CellCorners;
+  const CellGrid grid{k, std::min(call.cells.CountI(k), corners.cellsI()),
+                      std::min(call.cells.CountJ(k), corners.cellsJ())};
+  for (int element = 1; element <= 12; ++element) {
+    OnEachElement(call.block, call.cells.CellCorners, grid, element, [](int, int, double& value) { value = 0; });
   }
 }
 
@@ -104,6 +116,7 @@ void BuildPrimitive(GeometryCall& call, int k, bool rebuild) {
   call.state.LargestCentreShift = 0;
   call.shells = 1;
   ReadPrimitive(call, k);
+  if (rebuild) ClearCorners(call, k);
   BuildShape(call);
   for (int shell = 0; shell < call.shells; ++shell) CopyLocal(call, k + shell);
   Place(call, rebuild);

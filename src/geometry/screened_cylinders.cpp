@@ -101,27 +101,24 @@ bool EndsWithB(const std::string& type) {
 
 // The builder table, drawn for a cylinder of this radius; lengths in metres.
 constexpr double kBuilderRadius = 0.0001125;
-//   index_Builder   x(m)    y(m)    nothing Length(m)   nx  ny  nz  dx(m)   dy(m)   name
-//   0   1   2   3   4   5   6   7   8   9   10
-constexpr std::array<const char*, 8> kBuilderTable = {
-    "3   -0.0001815 -0.000105   0   0.000138    0   1   0   0.000069    0   Plane1",
-    "4   -0.0001125 -0.0000525  0   0.000105    -1  0   0   0   0.0000525   Plane2",
-    "6   0.0001125  -0.0001525  0   0.000305    1   0   0   0   0.0001525   Plane3",
-    "7   0.000331   -0.000305   0   0.000437    0   1   0   0.0002185   0   Plane4",
-    "1   -0.0202505 0.0000205   0   0.04    0   1   0   0.02    0   screen1",
-    "2   -0.0002505 -0.00004225 0   0.0001255   1   0   0   0   0.00006275  screen2",
-    "8   0.0005495  -0.00014225 0   0.0003255   -1  0   0   0   0.00016275  screen3",
-    "10  0.0203995  0.0000205   0   0.04    0   1   0   0.02    0   screen4"};
+struct BuilderRow {
+  double x, y, length, nx, ny, nz, dx, dy;
+};
+constexpr std::array<BuilderRow, 8> kBuilderTable = {{
+    {-0.0001815, -0.000105, 0.000138, 0, 1, 0, 0.000069, 0},       // Plane1
+    {-0.0001125, -0.0000525, 0.000105, -1, 0, 0, 0, 0.0000525},    // Plane2
+    {0.0001125, -0.0001525, 0.000305, 1, 0, 0, 0, 0.0001525},      // Plane3
+    {0.000331, -0.000305, 0.000437, 0, 1, 0, 0.0002185, 0},        // Plane4
+    {-0.0202505, 0.0000205, 0.04, 0, 1, 0, 0.02, 0},               // screen1
+    {-0.0002505, -0.00004225, 0.0001255, 1, 0, 0, 0, 0.00006275},  // screen2
+    {0.0005495, -0.00014225, 0.0003255, -1, 0, 0, 0, 0.00016275},  // screen3
+    {0.0203995, 0.0000205, 0.04, 0, 1, 0, 0.02, 0},                // screen4
+}};
 
-FlatColumn ReadBuilderRow(CellText& reader, const char* row, double R) {
-  std::array<double, 10> value{};
-  std::vector<double*> targets;
-  targets.reserve(value.size());
-  for (double& target : value) targets.push_back(&target);
-  std::string text = row;
-  reader.Extract10(text, targets);
-  const auto scaled = [&](std::size_t column) { return value.at(column) / kBuilderRadius * R; };
-  return {scaled(1), scaled(2), scaled(4), scaled(8), scaled(9), Vector3(value[5], value[6], value[7])};
+FlatColumn ScaledRow(const BuilderRow& row, double R) {
+  const auto scaled = [R](double length) { return length / kBuilderRadius * R; };
+  return {scaled(row.x),  scaled(row.y),  scaled(row.length),
+          scaled(row.dx), scaled(row.dy), Vector3(row.nx, row.ny, row.nz)};
 }
 
 }  // namespace
@@ -183,8 +180,8 @@ void BuildBuilderTable(GeometryCall& call, double code) {
   Layout layout;
   layout.roundCount = v.n - 8;
   layout.perTurn = layout.roundCount;
-  for (const char* row : kBuilderTable) {
-    layout.flats.push_back(ReadBuilderRow(call.reader, row, call.spec.Size1));
+  for (const BuilderRow& row : kBuilderTable) {
+    layout.flats.push_back(ScaledRow(row, call.spec.Size1));
   }
   BuildScreened(call, layout, code);
 }

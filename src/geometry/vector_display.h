@@ -21,9 +21,10 @@ struct VectorDisplayInput {
 
 // Turns a quantity into the colour values of the cells, row 0 of PointList: the entries 0 to NumberPoints, which the
 // caller has set, on a scale from 0 to 1; a quantity that is the same everywhere keeps its value. Frames of the turn
-// (PointLists::rotation, values as they are in the stores) widen the scale and take the same course. Fills the legend
-// and adds quantity and scale to the title. A value beyond single precision reads 0 and is told as failure 6, a
-// quantity that does not exist as failure 9, once each, by the block of this routine.
+// (PointLists::rotation, values as they are in the stores) widen the scale and take the same course; the extremes of a
+// frame start from 1000 and 0, but those of a logarithmic one from its first value, since a logarithm of 0 is the
+// value 1. Fills the legend and adds quantity and scale to the title. A value beyond single precision reads 0 and is
+// told as failure 6, a quantity that does not exist as failure 9, once each, by the block of this routine.
 void a_SpaceVECTOROpenGL(const VectorDisplayInput& input, const Cells& cells,
                          const std::vector<std::string>& ResultLabels, std::string& title, PointLists& lists,
                          ErrorPrompt& prompt);

@@ -1,6 +1,7 @@
 #include "model/calc_door.h"
 
 #include <algorithm>
+#ifndef _WIN32
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
@@ -8,6 +9,7 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#endif
 
 #include "numerics/failure.h"
 
@@ -29,20 +31,6 @@ std::string AcceptArgument(std::string_view door) {
   return "--accept=" + std::string(door) + ";urp;";
 }
 
-std::optional<std::filesystem::path> OfficeProgram() {
-  const char* path = std::getenv("PATH");
-  const std::string folders = path == nullptr ? "" : path;
-  for (const char* name : {"soffice", "libreoffice"}) {
-    for (std::size_t begin = 0; begin < folders.size();) {
-      const std::size_t end = std::min(folders.find(':', begin), folders.size());
-      std::filesystem::path program = std::filesystem::path(folders.substr(begin, end - begin)) / name;
-      if (end > begin && access(program.c_str(), X_OK) == 0) return program;
-      begin = end + 1;
-    }
-  }
-  return std::nullopt;
-}
-
 }  // namespace
 
 std::string CalcDoorOf(std::string_view setting) {
@@ -60,6 +48,25 @@ std::string CalcDoorOf(std::string_view setting) {
 std::string CalcDoorCommand(std::string_view door) {
   return "soffice \"" + AcceptArgument(door) + "\"";
 }
+
+#ifndef _WIN32
+namespace {
+
+std::optional<std::filesystem::path> OfficeProgram() {
+  const char* path = std::getenv("PATH");
+  const std::string folders = path == nullptr ? "" : path;
+  for (const char* name : {"soffice", "libreoffice"}) {
+    for (std::size_t begin = 0; begin < folders.size();) {
+      const std::size_t end = std::min(folders.find(':', begin), folders.size());
+      std::filesystem::path program = std::filesystem::path(folders.substr(begin, end - begin)) / name;
+      if (end > begin && access(program.c_str(), X_OK) == 0) return program;
+      begin = end + 1;
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
 
 bool OpenCalcDoor(std::string_view door, const std::vector<std::string>& more) {
   const std::optional<std::filesystem::path> program = OfficeProgram();
@@ -88,5 +95,7 @@ bool OpenCalcDoor(std::string_view door, const std::vector<std::string>& more) {
   }
   return true;
 }
+
+#endif
 
 }  // namespace orv

@@ -19,7 +19,7 @@ std::string CalcDoorOf(std::string_view setting);
 std::string CalcDoorCommand(std::string_view door = kCalcDoor);
 
 // Gives that command for the user, with more arguments of the office program if wanted. False when no LibreOffice is
-// installed. The office program is no child of this one and outlives it.
+// installed. The office program is no child of this one and outlives it. Not on Windows, where the link is to Excel.
 bool OpenCalcDoor(std::string_view door = kCalcDoor, const std::vector<std::string>& more = {});
 
 }  // namespace orv

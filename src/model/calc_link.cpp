@@ -7,6 +7,8 @@
 #include "model/formula_text.h"
 #include "model/sheet_grid.h"
 #include "model/workbook_contents.h"
+#include "numerics/installation.h"
+#include "numerics/paths.h"
 #include "numerics/text.h"
 
 namespace orv {
@@ -38,9 +40,8 @@ std::string PlainPiece(std::string_view text) {
 }  // namespace
 
 std::filesystem::path FindCalcHelper() {
-  std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  return error ? std::filesystem::path() : FindCalcHelper(program.parent_path());
+  const std::string program = ProgramFile();
+  return program.empty() ? std::filesystem::path() : FindCalcHelper(PathOf(program).parent_path());
 }
 
 std::filesystem::path FindCalcHelper(const std::filesystem::path& programFolder) {
@@ -169,7 +170,7 @@ void CalcLink::Attach() {
   const Json answer = Call({{"do", "attach"}}, deadline_, deadline_);
   const bool workbook = Member<bool>(answer, "workbook");
   active_ = {Member<int>(answer, "row"), Member<int>(answer, "column")};
-  separator_ = Member<std::string>(answer, "separator");
+  separator_ = Separator(answer);
   if (!InsideSheet(active_)) active_ = {};
   attached_ = workbook;
 }
@@ -269,6 +270,11 @@ void CalcLink::Find(const std::string& part) {
   Raise(FailureNumber::ObjectVariableNotSet);
 }
 
+std::string CalcLink::Separator(const Json& answer) {
+  const auto printed = Member<std::string>(answer, "separator");
+  return settings_.decimalSeparator.empty() ? printed : settings_.decimalSeparator;
+}
+
 CellPosition CalcLink::LastFilled() {
   const Json answer = Ask({{"do", "used"}});
   return {Member<int>(answer, "row"), Member<int>(answer, "column")};
@@ -330,7 +336,7 @@ SheetSnapshot CalcLink::Snapshot() {
   snapshot.windowCaption = Member<std::string>(answer, "caption");
   snapshot.sheetName = Member<std::string>(answer, "sheet");
   snapshot.activeCell = {Member<int>(answer, "row"), Member<int>(answer, "column")};
-  snapshot.formula = FormulaText(answer, Member<std::string>(answer, "separator"));
+  snapshot.formula = FormulaText(answer, Separator(answer));
   return snapshot;
 }
 

@@ -23,6 +23,7 @@ std::filesystem::path FindCalcHelper(const std::filesystem::path& programFolder)
 struct CalcLinkSettings {
   std::filesystem::path helper;
   std::string door = std::string(kCalcDoor);
+  std::string decimalSeparator;                 // of the numbers that it gives; empty: the one that Calc prints
   std::chrono::milliseconds runDeadline{5000};  // of one operation of a run
   std::chrono::milliseconds watchDeadline{40};  // of a snapshot, which the window's timer waits for
   std::chrono::milliseconds hangLimit{20'000};  // an answer overdue for longer ends the helper
@@ -37,14 +38,14 @@ struct CalcLinkSettings {
 // A small helper program holds the connection, so that neither a hanging nor a dying office touches this one. Failure
 // 50290 tells that an answer did not come in time: the next operations then wait less and less for the late one, which
 // is dropped. Failure 429, once, tells that the office went away; what follows fails with 91 until the next Attach.
-// Numbers carry the decimal separator that Calc prints. To be used on one thread.
+// Numbers carry the decimal separator of the settings. To be used on one thread.
 class CalcLink : public Spreadsheet {
  public:
   explicit CalcLink(CalcLinkSettings settings);
   ~CalcLink() override;
 
   // The deadline of the operations that follow, instead of settings.runDeadline.
-  void SetDeadline(std::chrono::milliseconds deadline) { deadline_ = deadline; }
+  void SetDeadline(std::chrono::milliseconds deadline) { deadline_ = patience_ = deadline; }
 
   void Attach() override;
   void Release() override;
@@ -58,7 +59,7 @@ class CalcLink : public Spreadsheet {
   std::string Value(CellPosition cell) override;
   void Find(const std::string& part) override;
   std::string RangeText(const std::string& a1Range) override;
-  // Asks Calc for it: no scratch cell is written.
+  // Of the numbers as they are given here: no scratch cell is written.
   bool PrintsDecimalComma(CellPosition scratch) override;
   // What is in front now, whether attached or not, within the watch's deadline; the active cell above stays.
   SheetSnapshot Snapshot() override;
@@ -85,6 +86,8 @@ class CalcLink : public Spreadsheet {
   const Json& Cells(const Json& answer, std::size_t count);
   std::string CellText(const Json& value, const std::string& separator);
   std::string FormulaText(const Json& answer, const std::string& separator);
+  // That of the settings, or the one that an answer tells.
+  std::string Separator(const Json& answer);
   CellPosition LastFilled();
   int AppendRows(std::string& text, CellPosition first, int rows, int columns, const std::string& rowEnd);
 

@@ -115,6 +115,15 @@ double LeadingNumber(std::string_view text) {
   return text[0] == '-' ? -value : value;
 }
 
+std::string TextForAnyLocale(const std::string& number, const Locale& locale) {
+  const std::size_t dot = number.find('.');
+  if (locale.thousandSeparator != "." || dot == std::string::npos) return number;
+  const std::size_t decimals = number.size() - dot - 1;
+  std::string text = number.substr(0, dot) + number.substr(dot + 1);
+  if (decimals > 0) text += "E-" + std::to_string(decimals);
+  return text;
+}
+
 double CellText::ReadNumber(std::string_view text) {
   std::string kept = Trim(text);
   if (kept.empty()) return 0;
@@ -138,6 +147,12 @@ double CellText::ReadNumber(std::string_view text) {
                            Icon::Critical);
   }
   return value;
+}
+
+double CellText::ReadPointNumber(std::string_view text) {
+  if (locale_.thousandSeparator != "." || Contains(text, ",")) return ReadNumber(text);
+  CellText pointReader(prompt_, Locale{locale_.decimalSeparator, ""});
+  return pointReader.ReadNumber(text);
 }
 
 double CellText::ReadNumberAt(std::string_view text, const std::string& place) {

@@ -33,6 +33,10 @@ std::size_t NextWordEnd(std::size_t position, std::string_view text);
 // The number at the start of a text: sign, digits, dot, exponent; 0 when there is none.
 double LeadingNumber(std::string_view text);
 
+// The text of a number with a decimal point so that ReadNumber takes it for the same number under any locale: where the
+// dot separates thousands, "22.5" becomes "225E-1".
+std::string TextForAnyLocale(const std::string& number, const Locale& locale);
+
 // The readers that depend on the number format in use and that may ask the user. One object a session, since the
 // warning about commas comes once in the life of the program.
 class CellText {
@@ -43,7 +47,11 @@ class CellText {
   // thousands separator by its place.
   double ReadNumber(std::string_view text);
 
-  // The same for a cell that should hold a number: one that holds words instead is logged with its place.
+  // A number that the program has written itself, or one of a formula: the point is the decimal separator whatever the
+  // locale. One with a comma is read as in a cell.
+  double ReadPointNumber(std::string_view text);
+
+  // As ReadNumber, for a cell that should hold a number: one that holds words instead is logged with its place.
   double ReadNumberAt(std::string_view text, const std::string& place);
 
   // Makes the blank the only separator between numbers.

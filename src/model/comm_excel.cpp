@@ -82,7 +82,7 @@ std::string CommExcel::ValueAt(int row, int column) {
 CommExcel::Outcome CommExcel::Read(ModelData& model, Session& session) {
   session_ = &session;
   session.specification.clear();
-  if (UpperTrim(session.MainKeyword) == kDemoWord) session.SourceMode = 1;
+  if (UpperTrim(session.MainKeyword) == kDemoWord) session.SourceMode = session.ExcelState = 1;
   ForgetTitles(model);
   for (int reading = 1;; ++reading) {
     const Outcome source = FindSource(model, session);

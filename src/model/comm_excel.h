@@ -68,7 +68,7 @@ class CommExcel {
     bool watchRun =
         false;  // the watch runs it: nothing is asked, and the active cell goes before a typed specification
 
-    int ExcelState = 0;         // 2: there is no spreadsheet, the last plot is shown
+    int ExcelState = 0;         // 1: the sample plot is shown; 2: there is no spreadsheet, the last plot is shown
     int LinkReady = 0;          // 1: a workbook was reached
     std::string specification;  // the one to plot
 

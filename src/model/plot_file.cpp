@@ -23,6 +23,7 @@ constexpr std::string_view kHeaderDate = "Date ";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kUtf16LittleMark = "\xFF\xFE";
 constexpr std::string_view kUtf16BigMark = "\xFE\xFF";
+constexpr std::size_t kFirstBytes = 4096;
 constexpr std::size_t kBlockBytes = std::size_t{1} << 16U;
 constexpr char kEndOfText = '\x1A';
 
@@ -100,7 +101,7 @@ PlotHeader ReadPlotHeader(std::string_view line, CellText& reader) {
   header.workbook = fields[2];
   header.sheet = fields[3];
   header.specification = fields[4];
-  header.scale = ReadPointNumber(fields[5], reader);
+  header.scale = reader.ReadPointNumber(fields[5]);
   if (header.scale == 0) header.scale = 1;
   header.options = fields[6];
   header.date = fields[7].starts_with(kHeaderDate) ? fields[7].substr(kHeaderDate.size()) : fields[7];
@@ -119,6 +120,14 @@ bool IsPlotFile(std::string_view bytes) {
   }
   if (bytes.starts_with('"')) bytes.remove_prefix(1);
   return bytes.starts_with(kHeaderStart);
+}
+
+bool HoldsPlot(const std::string& file) {
+  std::ifstream in(PathOf(file), std::ios::binary);
+  std::string bytes(kFirstBytes, '\0');
+  in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(in.gcount()));
+  return IsPlotFile(bytes);
 }
 
 void ReadPlotLine(std::string_view line, PlotFields& fields, int& count, bool& empty1, bool& empty5, bool& empty7,

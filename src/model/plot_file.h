@@ -39,6 +39,8 @@ std::string PlotHeaderText(const PlotHeader& header);
 PlotHeader ReadPlotHeader(std::string_view line, CellText& reader);
 // Whether the first bytes of a file are those of a plot file, whatever its encoding.
 bool IsPlotFile(std::string_view bytes);
+// Whether a file begins as a plot file does; false when it cannot be read.
+bool HoldsPlot(const std::string& file);
 
 // A field without meaning: blank, a pair of quotes, or an error of a spreadsheet (#N/A).
 bool IsEmptyField(std::string_view field);

@@ -237,7 +237,7 @@ void PlotFiller::FinishValues() {
     std::copy(coordinate.begin(), coordinate.begin() + lastPoint_ + 1, lists_.PointList.row(0).begin());
   }
   const bool hasTimes = rangesKnown_ ? ranges_.range[1].present() : hasValue_;
-  lists_.EarthOn = scale_ != 1;
+  lists_.EarthOn = scale_ != 1 && !switches_.PenUpMode;
   lists_.TimePlot = lists_.EarthOn && hasTimes;
   lists_.FindPlotValues();
   lists_.legend.LegendMin = lists_.legend.ScaleMin = lists_.PlotValueMin;

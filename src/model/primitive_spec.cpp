@@ -95,8 +95,10 @@ void ReadAutomaticRotation(std::string& tail, AutomaticRotation& rotation) {
 }
 
 std::string RewriteTailForRotation(const std::string& tail, const AutomaticRotation& rotation,
-                                   const std::string& specification, const std::string& name, ErrorPrompt& prompt) {
-  const std::string angle = ReplaceAll(FormatNumber(rotation.RotationAngle, "#0.##"), ",", ".");
+                                   const std::string& specification, const std::string& name, ErrorPrompt& prompt,
+                                   const Locale& locale) {
+  const std::string angle =
+      TextForAnyLocale(ReplaceAll(FormatNumber(rotation.RotationAngle, "#0.##"), ",", "."), locale);
   if (rotation.RotationTailLength == 0) {
     return "R " + rotation.RotationAxisLetter + " " + angle + " " + tail;
   }

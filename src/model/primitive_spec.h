@@ -48,8 +48,9 @@ void ReadAutomaticRotation(std::string& tail, AutomaticRotation& rotation);
 
 // The tail with the rotation by RotationAngle put in: in front of everything when nothing stood behind the axis,
 // otherwise where the keyword stands. `specification` and `name` appear in the message about a tail that does not
-// comply.
+// comply. The angle is written as a reader of `locale` takes it.
 std::string RewriteTailForRotation(const std::string& tail, const AutomaticRotation& rotation,
-                                   const std::string& specification, const std::string& name, ErrorPrompt& prompt);
+                                   const std::string& specification, const std::string& name, ErrorPrompt& prompt,
+                                   const Locale& locale);
 
 }  // namespace orv

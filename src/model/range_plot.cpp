@@ -74,7 +74,7 @@ double ReadScale(std::string_view front, CellText& reader) {
   if (equals != std::string_view::npos) front.remove_prefix(equals + 1);
   std::string text = Trim(SoftBlanks(front));
   while (!text.empty() && (text.back() == '*' || text.back() == ' ')) text.pop_back();
-  const double scale = ReadPointNumber(text, reader);
+  const double scale = reader.ReadPointNumber(text);
   return scale == 0 ? 1 : scale;
 }
 
@@ -188,12 +188,6 @@ int PlotRanges::LineCount() const {
   int lines = 0;
   for (const RangeBounds& part : range) lines = std::max(lines, part.rows());
   return lines;
-}
-
-double ReadPointNumber(std::string_view text, CellText& reader) {
-  if (reader.locale().thousandSeparator != "." || Contains(text, ",")) return reader.ReadNumber(text);
-  CellText pointReader(reader.prompt(), Locale{reader.locale().decimalSeparator, ""});
-  return pointReader.ReadNumber(text);
 }
 
 bool ParseSpecification(std::string_view spec, double& scale, std::string& options, RangeTexts& ranges,

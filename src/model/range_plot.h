@@ -55,10 +55,6 @@ struct PlotSwitches {
 bool ParseSpecification(std::string_view spec, double& scale, std::string& options, RangeTexts& ranges,
                         CellText& reader, std::string_view MainKeyword = kMainKeyword);
 
-// A number of a formula or of a plot file, where the point is the decimal separator whatever the locale; one with a
-// comma is read as in a cell.
-double ReadPointNumber(std::string_view text, CellText& reader);
-
 // The bounds of "A2:C60", columns of one or two letters; "$" is dropped. All 0 for any other text and for one of more
 // than 100 characters.
 RangeBounds ParseRange(std::string_view text);

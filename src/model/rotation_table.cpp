@@ -12,6 +12,7 @@ namespace {
 constexpr int kLastColumn = 11;
 constexpr int kMaxPairs = 720;
 constexpr int kDefaultSteps = 36;
+constexpr double kDefaultWeight = 1.0 / kDefaultSteps;
 constexpr const char* kRot = "ROT% ";
 constexpr const char* kShift = "SHIFT ";
 
@@ -26,6 +27,7 @@ class RotationTableReader {
     int column = 0;
     if (FindText(firstColumn, row, column)) {
       const std::string text = cells_(row, column);
+      ownText_ = Trim(text) == Trim(DefaultText());
       ReadShift(text);
       firstColumn = MoveLeft(row, firstColumn, column);
       ReadPairs(text.substr(UpperCase(text).find(kRot) + std::string(kRot).size()));
@@ -46,6 +48,17 @@ class RotationTableReader {
       }
     }
     return false;
+  }
+
+  static double DefaultAngle(int k) { return (k - 1) * 10; }
+
+  // The default table as the model shows it, with points under any locale.
+  static std::string DefaultText() {
+    std::string text = "Shift 0 Rot% ";
+    for (int k = 1; k <= kDefaultSteps; ++k) {
+      text += FormatNumber(DefaultAngle(k), "#0.##") + " " + FormatNumber(kDefaultWeight, "#0.####") + " | ";
+    }
+    return ReplaceAll(text, ",", ".");
   }
 
   void ReadShift(const std::string& text) {
@@ -78,7 +91,8 @@ class RotationTableReader {
       double pair[2] = {};
       for (double& value : pair) {
         const std::size_t blank = text.find(' ');
-        value = reader_.ReadNumber(text.substr(0, blank));
+        const std::string word = text.substr(0, blank);
+        value = ownText_ ? reader_.ReadPointNumber(word) : reader_.ReadNumber(word);
         text = blank == std::string::npos ? "" : Trim(std::string_view(text).substr(blank + 1));
       }
       ++count;
@@ -112,17 +126,14 @@ class RotationTableReader {
   void MakeDefault(int rotating, int& firstColumn) {
     table_(-1, 1) = 0;
     table_(-1, 2) = kDefaultSteps;
-    std::string text = "Shift 0 Rot% ";
     for (int k = 1; k <= kDefaultSteps; ++k) {
-      table_(k, 1) = (k - 1) * 10;
-      table_(k, 2) = 1.0 / kDefaultSteps;
-      text += FormatNumber(table_(k, 1), "#0.##") + " " + FormatNumber(table_(k, 2), "#0.####") + " | ";
+      table_(k, 1) = DefaultAngle(k);
+      table_(k, 2) = kDefaultWeight;
     }
-    text = ReplaceAll(text, ",", ".");
     if (rotating == 0) return;
     for (int column = 3; column <= kLastColumn; ++column) {
       if (!Trim(cells_(rotating, column)).empty()) continue;
-      cells_(rotating, column) = text;
+      cells_(rotating, column) = DefaultText();
       firstColumn = column;
       return;
     }
@@ -132,6 +143,7 @@ class RotationTableReader {
   int rows_;
   Array<double, 2>& table_;
   CellText& reader_;
+  bool ownText_ = false;  // a default table, as an earlier run has shown it
 };
 
 }  // namespace

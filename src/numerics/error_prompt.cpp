@@ -56,6 +56,7 @@ void ErrorPrompt::AbortQuestion() {
 void FailureBlock::Report(const RuntimeFailure& failure) {
   const int number = static_cast<int>(failure.number());
   if (std::find(labels_.silent.begin(), labels_.silent.end(), number) != labels_.silent.end()) return;
+  if (silenced_) return;
   if (Contains(LowerCase(failure.description()), "ubsc")) {
     if (labels_.subscriptIsPrompt) {
       prompt_(labels_.subscriptText);
@@ -63,7 +64,6 @@ void FailureBlock::Report(const RuntimeFailure& failure) {
       prompt_.dialogs().Tell(labels_.subscriptText, labels_.title);
     }
   }
-  if (silenced_) return;
   const Answer answer =
       prompt_.dialogs().Ask(failure.description(), labels_.title, Buttons::AbortRetryIgnore, Icon::Critical);
   if (answer == Answer::Ignore) silenced_ = true;

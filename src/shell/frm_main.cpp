@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDragEnterEvent>
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -85,11 +86,7 @@ frmMain::frmMain(const WindowServices& services, QWidget* parent)
   options_.Load();
 
   BuildCentre();
-  scene_ = std::make_unique<ClassGl>(
-      place_->View().Control(), run_.lists, view_, run_.prompt, run_.clock,
-      [this](PointLists& lists) { return source_.LoadSample(lists); }, &bodies_);
-  input_.reset(new ViewInput(*scene_, this));
-  input_->SetEditState(kPanState);
+  glxGCTLinit();
   controls_ = std::make_unique<PlotControls>(*scene_, main_);
   controls_->Start();
   replot_ = std::make_unique<Replot>(run_, view_, selection_, *controls_, main_);
@@ -119,7 +116,6 @@ frmMain::frmMain(const WindowServices& services, QWidget* parent)
   connect(&services_.dialogs, &QtDialogs::Logged, this, [this](const QString& text) {
     Text12_->setText(QString(text).replace('\n', ' '));
     Text12_->setCursorPosition(0);
-    if (services_.warning.State() != "Shown") Text12_->show();
   });
   connect(&timer_, &QTimer::timeout, this, [this] {
     // A box that a tick has opened lets further ticks come.
@@ -128,8 +124,6 @@ frmMain::frmMain(const WindowServices& services, QWidget* parent)
     Do([this] { Tick(); });
     ticking_ = false;
   });
-  View().SetEvents(scene_.get());
-  View().SetListener(this);
   resize(1180, 860);
   const std::string geometry = services_.settings.Read(kLayoutSection, kGeometryKey, "");
   if (!geometry.empty()) restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(geometry)));
@@ -140,6 +134,17 @@ frmMain::~frmMain() {
   timer_.stop();
   View().SetListener(nullptr);
   View().SetEvents(nullptr);
+}
+
+// Makes the view: the scene behind it, and what mouse and keys do there.
+void frmMain::glxGCTLinit() {
+  scene_ = std::make_unique<ClassGl>(
+      View().Control(), run_.lists, view_, run_.prompt, run_.clock,
+      [this](PointLists& lists) { return source_.LoadSample(lists); }, &bodies_);
+  input_.reset(new ViewInput(*scene_, this));
+  input_->SetEditState(kPanState);
+  View().SetEvents(scene_.get());
+  View().SetListener(this);
 }
 
 void frmMain::BuildCentre() {
@@ -181,6 +186,7 @@ void frmMain::BuildCentre() {
   Combo1_->setEditable(true);
   Combo1_->setInsertPolicy(QComboBox::NoInsert);
   Combo1_->setMinimumWidth(390);
+  Combo1_->installEventFilter(this);
   connect(Combo1_->lineEdit(), &QLineEdit::returnPressed, this, [this] { Do([this] { EnterSpecification(); }); });
   connect(Combo1_, &QComboBox::activated, this, [this](int index) { Do([&] { specifications_.Choose(index); }); });
   buttons->addWidget(Combo1_, 1);
@@ -188,6 +194,8 @@ void frmMain::BuildCentre() {
   Command8_ = MakeMainButton(centre, "Command8");
   Command9_ = MakeMainButton(centre, "Command9");
   Command6_ = MakeMainButton(centre, "Command6");
+  Command6_->setIcon(ToolIcon("demo"));
+  ShowTip(*Command6_, std::string(MainControl("Command6").caption));
   for (QPushButton* button : {Command7_, Command8_, Command9_, Command6_}) buttons->addWidget(button);
   Command7_->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(Command7_, &QPushButton::clicked, this,
@@ -210,6 +218,8 @@ void frmMain::BuildCentre() {
   columns->addWidget(optionsFrame_);
   connect(optionsFrame_, &OptionsFrame::Changed, this, [this] {
     optionsFrame_->setVisible(options_.Visible());
+    GrowForOptions();
+    TakeValueAxis();
     View().Control().Redraw();
     Do([] {});
   });
@@ -223,11 +233,9 @@ void frmMain::BuildStatusBar() {
   panel_->released = [this] { Do([this] { replot_->Release(); }); };
   pickPanel_ = new QLabel(this);
   SetUp(*pickPanel_, "StatusBar2", "The cell that was clicked, or what is being done", "");
-  Text12_ = MakeEdit(this, "Text12", "", std::string(MainControl("Text12").tip));
+  Text12_ = MakeEdit(this, "Text12", std::string(MainControl("Text12").initial));
   Text12_->setReadOnly(true);
-  Text12_->setPlaceholderText(QString::fromUtf8(MainControl("Text12").caption.data()));
   Text12_->setMaximumWidth(320);
-  Text12_->hide();
   ProgressBar1_ = new QProgressBar(this);
   SetUp(*ProgressBar1_, "ProgressBar1", "", "Progress");
   ProgressBar1_->setRange(30, 100);
@@ -329,12 +337,14 @@ void frmMain::Start() {
   interactive_ = options_.InteractiveMark();
   const std::string layout = services_.settings.Read(kLayoutSection, kLayoutKey, "");
   if (!layout.empty()) restoreState(QByteArray::fromBase64(QByteArray::fromStdString(layout)));
+  levelLines_->hide();  // until a plot has some
   bus_->Register();
   specifications_.Combo1_InitList(kRememberedSpecifications);
   FillSpecifications();
   timer_.start(kTickMs);
   const QToolButton* const image = tools_.at("imagespot");
   QToolTip::showText(image->mapToGlobal(QPoint(0, image->height())), image->toolTip());
+  Command6_->setText("");  // its picture stays
   ReadSource();
 }
 
@@ -399,7 +409,16 @@ void frmMain::Refresh() {
     if (name == "mnuVVPerspective") action->setChecked(View().Control().Camera().Projection() != kOrthographic);
   }
   RefreshTools();
+  if (busy_ == 0 && options_.ValueAxis() != run_.lists.ValueAxis) {
+    options_.ShowValueAxis(run_.lists.ValueAxis);
+    optionsFrame_->Refresh();
+  }
   if (video_ != nullptr) video_->Refresh();
+}
+
+// The values of the plot stand along the axis that the user has ticked.
+void frmMain::TakeValueAxis() {
+  if (busy_ == 0 && run_.lists.ValueCount != kNoEntry) run_.lists.ValueAxis = options_.ValueAxis();
 }
 
 void frmMain::RefreshTools() {
@@ -428,6 +447,9 @@ void frmMain::closeEvent(QCloseEvent* event) {
 }
 
 void frmMain::SaveLayout() {
+  // The options are closed at the next start, and their room is not needed.
+  optionsFrame_->hide();
+  GrowForOptions();
   try {
     services_.settings.Write(kLayoutSection, kLayoutKey, saveState().toBase64().toStdString());
     services_.settings.Write(kLayoutSection, kGeometryKey, saveGeometry().toBase64().toStdString());
@@ -440,6 +462,17 @@ void frmMain::changeEvent(QEvent* event) {
   // A key that is let go in another window is never told here.
   if (event->type() == QEvent::ActivationChange && !isActiveWindow()) heldKey_ = 0;
   QMainWindow::changeEvent(event);
+}
+
+// The box of specifications gets the focus with its current choice, whatever was left in it half typed.
+bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn && watched == Combo1_) {
+    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    const std::string choice = specifications_.Combo1_GotFocusRoutine();
+    const bool comesBack = reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason;
+    if (!comesBack && !choice.empty()) Combo1_->setEditText(QString::fromStdString(choice));
+  }
+  return QMainWindow::eventFilter(watched, event);
 }
 
 void frmMain::dragEnterEvent(QDragEnterEvent* event) {

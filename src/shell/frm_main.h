@@ -79,12 +79,15 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow, pr
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
   void changeEvent(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
   // The parts of the window.
+  void glxGCTLinit();
+  bool ViewMade() const { return scene_ != nullptr; }
   void BuildMenus();
   void BuildToolbar();
   void BuildCentre();
@@ -109,14 +112,18 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow, pr
   void BuildLink();
   void ReadSource();
   void FullRun();
+  void TakeKeyword();
   void TakeSpecification();
   void NoteInteractive();
   void ShowInterfacePlot();
   void ShowLevelLines(bool shown);
   void ChooseWorkbook();
   void ShowOptions(bool shown);
+  void GrowForOptions();
   void LookFrom(const Vec3& position, const Vec3& up);
   bool SavePicture(const std::string& name, const std::string& folder);
+  void RepeatPlot();
+  void HoldKey(int KeyCode);
   void ToggleMovie();
   void RunPowerPoint();
   void OpenDoor();
@@ -131,6 +138,7 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow, pr
   // Copies what the logic has written to the controls.
   void Refresh();
   void RefreshTools();
+  void TakeValueAxis();
 
   // ViewListener
   void MouseDown(int Button, int Shift, double x, double y) override;
@@ -141,6 +149,7 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow, pr
   void KeyDown(int& KeyCode, int Shift) override;
   void KeyUp(int& KeyCode, int Shift) override;
   void KeyPress(int& KeyAscii) override;
+  void Resized() override;
   void ProgramEnded() override;
   // WatchHost
   bool RunCommExcel() override;
@@ -154,6 +163,7 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow, pr
   void CaptionOfCheck3(const std::string& caption) override;
   void KeepBackground(const std::array<double, 3>& colour) override { options_.KeepBackground(colour); }
   std::array<double, 3> StoredBackground() const override { return options_.StoredBackground(); }
+  void ShowRectangle(const std::optional<CaptureRegion>& rectangle) override { View().ShowRectangle(rectangle); }
 
   WindowServices services_;
   RunContext& run_;
@@ -207,6 +217,7 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow, pr
   QTimer timer_;
   int busy_ = 0;
   int heldKey_ = 0;
+  int grown_ = 0;  // width that the window took for the parts beside the options
   bool refreshing_ = false;
   bool started_ = false;
   bool closing_ = false;

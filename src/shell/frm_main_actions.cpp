@@ -8,8 +8,10 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QProgressBar>
+#include <QScreen>
 #include <QToolTip>
 #include <algorithm>
 
@@ -19,6 +21,7 @@
 #include "shell/frm_main.h"
 #include "shell/frm_warning.h"
 #include "shell/status_panel.h"
+#include "view/capture.h"
 #include "view/cell_picking.h"
 #include "window/help_texts.h"
 #include "window/shell_failures.h"
@@ -28,7 +31,6 @@ namespace orv {
 namespace {
 
 constexpr double kViewDistance = 100;
-constexpr int kBusyCursor = 11;
 constexpr std::size_t kShortestArgument = 8;  // characters of a plot file that hides the menus
 
 CivilTime FileTime(const std::string& file) {
@@ -46,7 +48,7 @@ CivilTime FileTime(const std::string& file) {
 // Runs an action of the user; whatever it changed is shown, and an abort answer ends the program.
 void frmMain::Do(const std::function<void()>& action, const std::string& routine) {
   Attempt(action, routine);
-  if (!ending_ && scene_ != nullptr && replot_ != nullptr && panel_ != nullptr && video_ != nullptr) Refresh();
+  if (!ending_ && ViewMade() && replot_ != nullptr && panel_ != nullptr && video_ != nullptr) Refresh();
 }
 
 // The same for what changes no control, such as a drag.
@@ -96,7 +98,7 @@ void frmMain::RunNow(const std::function<bool()>& work) {
     explicit Guard(frmMain& main) : window(main) {
       // The lists are in the making: the last picture stands meanwhile.
       if (++window.busy_ == 1) window.View().Hold(true);
-      window.View().Control().Cursor(kBusyCursor);
+      window.View().Control().Cursor(kBusyPointer);
       window.Refresh();
     }
     ~Guard() {
@@ -140,6 +142,7 @@ void frmMain::DoReplot(ReplotAction action) {
       break;
     case ReplotAction::ShowSelection:
       replot_->OpenSelection();
+      Refresh();  // why it opens may stand on the status bar
       toPlot_->exec();
       DoReplot(replot_->TakeSelection());
       break;
@@ -168,11 +171,35 @@ void frmMain::ShowOptions(bool shown) {
   if (shown) options_.Show();
   optionsFrame_->setVisible(shown);
   optionsFrame_->Refresh();
+  GrowForOptions();
+}
+
+// The window grows by the parts that open beside the options, as far as the screen reaches, and gives the width back.
+void frmMain::GrowForOptions() {
+  if (isMaximized() || isFullScreen()) return;
+  const int plain = width() - grown_;  // before the layouts ask for more
+  const QRect space = screen()->availableGeometry();
+  const int widest = space.width() - (frameGeometry().width() - width());
+  QLayout& parts = *centralWidget()->layout();
+  if (!optionsFrame_->isHidden()) {
+    parts.activate();
+    const int others = parts.totalMinimumSize().width() - optionsFrame_->minimumSizeHint().width();
+    optionsFrame_->SetWidest(widest - others);
+  }
+  for (QLayout* const layer : {&parts, layout()}) layer->activate();
+  const int wanted = optionsFrame_->isHidden() ? 0 : optionsFrame_->ExtensionWidth();
+  const int grown = std::clamp(widest - plain, 0, wanted);
+  if (grown == grown_) return;
+  resize(plain + grown, height());
+  const int beyond = frameGeometry().right() - space.right();
+  if (grown > grown_ && beyond > 0) move(std::max(space.left(), x() - beyond), y());
+  grown_ = std::max(0, width() - plain);
 }
 
 void frmMain::CloseOptions() {
   options_.Command2();
   optionsFrame_->setVisible(options_.Visible());
+  GrowForOptions();
   View().Control().Redraw();
 }
 
@@ -188,6 +215,15 @@ void frmMain::LookFrom(const Vec3& position, const Vec3& up) {
   camera.SetUp(up);
   View().Control().Trackball().Clear();
   View().Control().Redraw();
+}
+
+// The last plot once more: of a run from its data, any other from the lists, which hold it still.
+void frmMain::RepeatPlot() {
+  if (run_.record.finished) {
+    DoReplot(replot_->Again());
+  } else if (busy_ == 0) {
+    controls_->ClickCommand9();
+  }
 }
 
 void frmMain::DoMenu(MenuAction action) {
@@ -255,7 +291,7 @@ void frmMain::DoMenu(MenuAction action) {
       for (const std::string& text : HelpContents()) services_.dialogs.Tell(text, "Contents");
       if (options_.Pending()) options_.OptionAffecteUser();
       optionsFrame_->Refresh();
-      DoReplot(replot_->Again());
+      RepeatPlot();
       break;
     }
     case MenuAction::Manual:
@@ -319,8 +355,11 @@ void frmMain::DoTool(const std::string& key) {
 void frmMain::Tick() {
   TimerWork work;
   NoteInteractive();
-  work.linkBusy = [this] { return busy_ > 0 || watch_->ExcelWatchBusy() == 1; };
+  work.linkBusy = [this] { return watch_->ExcelWatchBusy() == 1; };
+  work.watchWanted = [this] { return watch_->Wanted(); };
   work.watch = [this] {
+    if (busy_ > 0) return;
+    TakeKeyword();
     if (options_.InteractiveMark() || watch_->Wanted()) watch_->Tick();
   };
   work.spin = [this] { return input_->SpinStep(); };
@@ -368,16 +407,26 @@ void frmMain::Wheel(double notches, int, double, double) {
   Attempt([&] { input_->Wheel(notches); }, "glxCtl1_MouseWheel");
 }
 
+// Only a key that names an axis is held for the tools; Shift and its like go with it.
+void frmMain::HoldKey(int KeyCode) {
+  if (AxisOfKey(KeyCode) != 0) heldKey_ = KeyCode;
+}
+
 void frmMain::KeyDown(int& KeyCode, int Shift) {
   Do([&] {
-    heldKey_ = KeyCode;
+    HoldKey(KeyCode);
     input_->FormKeyDown(KeyCode, Shift, optionsFrame_->isVisible());
     if (KeyCode != 0) input_->KeyDown(KeyCode, Shift);
   });
 }
 
-void frmMain::KeyUp(int&, int) {
-  heldKey_ = 0;
+void frmMain::KeyUp(int& KeyCode, int) {
+  if (KeyCode == heldKey_) heldKey_ = 0;
+}
+
+// A rectangle of the old size means another part of the picture.
+void frmMain::Resized() {
+  input_->DropRectangle();
 }
 
 void frmMain::KeyPress(int& KeyAscii) {
@@ -396,7 +445,7 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
     QMainWindow::keyPressEvent(event);
     return;
   }
-  heldKey_ = KeyCode;
+  HoldKey(KeyCode);
   const int before = KeyCode;
   Do([&] {
     input_->FormKeyDown(KeyCode, ShiftOf(event->modifiers()), optionsFrame_->isVisible());
@@ -408,7 +457,7 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
 }
 
 void frmMain::keyReleaseEvent(QKeyEvent* event) {
-  if (!event->isAutoRepeat()) heldKey_ = 0;
+  if (!event->isAutoRepeat() && KeyCodeOf(*event) == heldKey_) heldKey_ = 0;
   QMainWindow::keyReleaseEvent(event);
 }
 

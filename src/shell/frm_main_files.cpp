@@ -45,7 +45,8 @@ std::string frmMain::ImageDirectory() const {
 
 // A picture that cannot be saved ends without a box; the status bar says so.
 bool frmMain::SavePicture(const std::string& name, const std::string& folder) {
-  const bool saved = View().SavePicture(name, folder);
+  const bool saved = View().SavePicture(name, folder, input_->Rectangle());
+  if (busy_ > 0) View().Control().Cursor(kBusyPointer);  // a movie goes on while a run is at work
   pickPanel_->setText(QString::fromStdString((saved ? "Saved " : "Not saved: ") + SaveName(name, folder)));
   return saved;
 }
@@ -86,6 +87,7 @@ void frmMain::RunPowerPoint() {
 void frmMain::Print() {
   QPrinter printer(QPrinter::HighResolution);
   QPrintDialog dialog(&printer, this);
+  dialog.setObjectName("PrintDialog");
   if (dialog.exec() != QDialog::Accepted) return;
   const Image picture = View().Picture();
   QPainter painter;

@@ -36,10 +36,18 @@ void frmMain::ReadSource() {
   watch_->TakeAsActedOn();
 }
 
-void frmMain::FullRun() {
+void frmMain::TakeKeyword() {
   const std::string keyword = Trim(options_.MainKeyword());
   source_.Session().MainKeyword = keyword.empty() ? std::string(kMainKeyword) : keyword;
-  RunNow([this] { return source_.CommExcelRun(); });
+}
+
+void frmMain::FullRun() {
+  TakeKeyword();
+  RunNow([this] {
+    const bool shown = source_.CommExcelRun();
+    if (shown && run_.record.finished) replot_->StartAnew();
+    return shown;
+  });
   TakeSpecification();
   if (source_.Source() != PlotSource::Workbook) return;
   // Only a workbook that could be read is one to come back to.
@@ -78,7 +86,7 @@ void frmMain::ForgetPlot() {
 }
 
 void frmMain::EnableInteractiveMenus(bool enabled) {
-  menuActions_.at("mnuOinteractive")->setEnabled(enabled);
+  for (const char* const name : {"mnuOptions", "mnuOinteractive"}) menuActions_.at(name)->setEnabled(enabled);
 }
 
 bool frmMain::InteractiveOn() const {
@@ -96,27 +104,29 @@ void frmMain::LinkChanged() {
   if (busy_ == 0 && !state.empty()) pickPanel_->setText(QString::fromStdString(state));
 }
 
-// The box of the options and the menu mark the same option.
+// The box of the options and the menu mark the same option: a change of one has moved the other.
 void frmMain::NoteInteractive() {
   const bool on = options_.InteractiveMark();
   if (on == interactive_) return;
   interactive_ = on;
   watch_->InteractiveChanged(on);
+  Check1_Click(on, menuActions_.at("mnuOinteractive")->isChecked(), services_.dialogs);
 }
 
 void frmMain::EnterSpecification() {
   if (BusyTold()) return;
   const std::string text = Trim(Combo1_->currentText().toStdString());
-  specifications_.Enter(text);
-  FillSpecifications();
   CommExcel::Session& session = source_.Session();
   if (LowerCase(text) == "demo") {
+    specifications_.Forget();
     source_.ChooseDemo();
   } else {
+    specifications_.Enter(text);
     session.SpecEntered = specifications_.SpecEntered();
     session.SpecText = specifications_.SpecText();
     session.SourceMode = session.ExcelState = 0;
   }
+  FillSpecifications();
   ReadSource();
 }
 
@@ -145,15 +155,8 @@ void frmMain::ShowInterfacePlot() {
 // The panel of level lines after a run or a re-plot that asked for them.
 void frmMain::ShowLevelLines(bool shown) {
   if (!shown) return;
-  std::string message;
-  const bool model = run_.record.finished;
-  const std::optional<LevelLineInput> input = model ? FindLevelLineData(run_, message) : std::nullopt;
-  if (input) {
-    message = levelLines_->ShowPlot(*input);
-  } else {
-    levelLines_->ClearPlot();
-  }
-  TellLevelLineFault(services_.dialogs, message);
+  const bool drawn = DrawLevelLines(run_, [this](const LevelLineInput& input) { return levelLines_->ShowPlot(input); });
+  if (!drawn) levelLines_->ClearPlot();
 }
 
 }  // namespace orv

@@ -5,6 +5,7 @@
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
+#include <QRubberBand>
 #include <QSurfaceFormat>
 #include <QVBoxLayout>
 #include <cmath>
@@ -12,7 +13,6 @@
 
 #include "numerics/failure.h"
 #include "shell/tool_icons.h"
-#include "view/capture.h"
 
 namespace orv {
 namespace {
@@ -275,6 +275,7 @@ void glxWidget::initializeGL() {
 
 void glxWidget::resizeGL(int, int) {
   drawn_ = false;  // the frame buffer is a new one
+  if (listener_ != nullptr) listener_->Resized();
   if (!ready_) return;
   TakeSize();
   control_->Redraw();
@@ -289,8 +290,8 @@ void glxWidget::paintGL() {
   if (!drawn_ && !drawing_ && ready_) ShowStandIn();
 }
 
-// Draws what waits to be drawn and makes the view's OpenGL current; false when there is none. A paint that finds a new
-// background asks for another one.
+// Draws what waits to be drawn and makes the view's OpenGL current; false when there is none. The first paint of a plot
+// sets its camera and asks for another one.
 bool glxWidget::BringUpToDate() {
   if (!isValid()) grabFramebuffer();  // makes the OpenGL of a view that was never shown
   if (!ready_ || !isValid()) return false;
@@ -299,9 +300,10 @@ bool glxWidget::BringUpToDate() {
   return true;
 }
 
-bool glxWidget::SavePicture(const std::string& Name, const std::string& DIReCT) {
+bool glxWidget::SavePicture(const std::string& Name, const std::string& DIReCT,
+                            const std::optional<CaptureRegion>& dragged) {
   if (!BringUpToDate()) return false;
-  const bool saved = SaveBMP(*control_, Name, DIReCT);
+  const bool saved = SaveBMP(*control_, Name, DIReCT, dragged);
   doneCurrent();
   return saved;
 }
@@ -320,6 +322,22 @@ Image glxWidget::Picture() {
     std::memcpy(image.rgb.data() + y * imageRow, rows.data() + (height - 1 - y) * rowBytes, imageRow);
   }
   return image;
+}
+
+void glxWidget::ShowRectangle(const std::optional<CaptureRegion>& rectangle) {
+  if (!rectangle) {
+    if (band_ != nullptr) band_->hide();
+    return;
+  }
+  if (band_ == nullptr) {
+    band_ = new QRubberBand(QRubberBand::Rectangle, this);
+    band_->setObjectName("DragRectangle");
+  }
+  const double ratio = devicePixelRatioF();
+  const int top = control_->Height() - rectangle->y - rectangle->height;
+  band_->setGeometry(
+      QRectF(rectangle->x / ratio, top / ratio, rectangle->width / ratio, rectangle->height / ratio).toRect());
+  band_->show();
 }
 
 void glxWidget::ShowNotice() {

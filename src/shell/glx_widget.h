@@ -7,11 +7,13 @@
 #include <functional>
 #include <memory>
 
+#include "view/capture.h"
 #include "view/image_file.h"
 #include "view/scene_control.h"
 #include "view/system_gl.h"
 
 class QKeyEvent;
+class QRubberBand;
 
 namespace orv {
 
@@ -45,6 +47,8 @@ class ViewListener {
   virtual void KeyDown(int& /*KeyCode*/, int /*Shift*/) {}
   virtual void KeyUp(int& /*KeyCode*/, int /*Shift*/) {}
   virtual void KeyPress(int& /*KeyAscii*/) {}
+  // The view has another size.
+  virtual void Resized() {}
   // A user has abandoned in a question that arose in a paint or an event of the view.
   virtual void ProgramEnded() {}
 };
@@ -79,9 +83,12 @@ class glxWidget : public QOpenGLWidget {
   void DrawNow();
   // The picture that the view shows, drawn anew when a paint is awaited; empty without OpenGL.
   Image Picture();
-  // Writes what Picture shows as a bitmap; see SaveBMP of the capture. False when there is none or it cannot be
-  // written.
-  bool SavePicture(const std::string& Name, const std::string& DIReCT);
+  // Writes what Picture shows, or the dragged part of it, as a bitmap; see SaveBMP of the capture. False when there is
+  // none or it cannot be written.
+  bool SavePicture(const std::string& Name, const std::string& DIReCT,
+                   const std::optional<CaptureRegion>& dragged = std::nullopt);
+  // Marks a part of the view, or takes the mark away. It is no part of a picture.
+  void ShowRectangle(const std::optional<CaptureRegion>& rectangle);
 
   // Why there is no view; empty while there is one.
   const std::string& Missing() const { return missing_; }
@@ -125,6 +132,7 @@ class glxWidget : public QOpenGLWidget {
   GlEvents* events_ = nullptr;
   ViewListener* listener_ = nullptr;
   QLabel* notice_ = nullptr;
+  QRubberBand* band_ = nullptr;
   std::string missing_;
   bool ready_ = false;     // its OpenGL is there
   bool attached_ = false;  // the events know it

@@ -56,20 +56,28 @@ QIcon PatchOf(const QColor& colour, const QWidget& widget) {
   return QIcon(patch);
 }
 
-// Shows all its contents where there is room, and scrolls them upright where there is not.
-class TallArea : public QScrollArea {
+}  // namespace
+
+// Shows all its contents where there is room, and scrolls them where there is not.
+class OptionsFrame::Area : public QScrollArea {
  public:
   using QScrollArea::QScrollArea;
 
+  void SetWidest(int width) { widest_ = width; }
   QSize sizeHint() const override { return Wanted(); }
   QSize minimumSizeHint() const override { return {Wanted().width(), 12 * fontMetrics().height()}; }
 
  private:
   QSize Wanted() const {
     const QSize contents = widget() == nullptr ? QSize() : widget()->sizeHint();
-    return contents + QSize(verticalScrollBar()->sizeHint().width(), 0);
+    const int width = contents.width() + verticalScrollBar()->sizeHint().width();
+    return {std::min(width, widest_), contents.height()};
   }
+
+  int widest_ = QWIDGETSIZE_MAX;
 };
+
+namespace {
 
 QGridLayout* GridIn(QWidget* part) {
   auto* grid = new QGridLayout(part);
@@ -84,6 +92,11 @@ OptionsFrame::OptionsFrame(OptionsForm& form, QWidget* parent) : QFrame(parent),
   setFrameShape(QFrame::StyledPanel);
   MakeControls();
   auto* main = new QVBoxLayout;
+  auto* caption = MakeLabel(this, "OptionsCaption", "Options");
+  QFont bold = caption->font();
+  bold.setBold(true);
+  caption->setFont(bold);
+  main->addWidget(caption);
   main->addWidget(BuildBoxes());
   main->addWidget(BuildFactors());
   main->addWidget(BuildSatellite());
@@ -92,18 +105,17 @@ OptionsFrame::OptionsFrame(OptionsForm& form, QWidget* parent) : QFrame(parent),
   BuildButtons(*main);
   colours_ = BuildColours();
   help_ = BuildHelp();
-  auto* extension = new QVBoxLayout;
-  extension->addWidget(colours_);
-  extension->addWidget(help_);
-  extension->addStretch(1);
+  extension_ = new QVBoxLayout;
+  extension_->addWidget(colours_);
+  extension_->addWidget(help_);
+  extension_->addStretch(1);
   auto* contents = new QWidget;
   auto* columns = new QHBoxLayout(contents);
   columns->addLayout(main);
-  columns->addLayout(extension);
-  area_ = new TallArea(this);
+  columns->addLayout(extension_);
+  area_ = new Area(this);
   area_->setObjectName("OptionsArea");
   area_->setFrameShape(QFrame::NoFrame);
-  area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   area_->setFocusPolicy(Qt::NoFocus);
   area_->setWidgetResizable(true);
   area_->setWidget(contents);
@@ -171,6 +183,7 @@ QWidget* OptionsFrame::BuildBoxes() {
   };
   for (int box = 0; box < kOptionBoxes; ++box) add(Of("Check1", box));
   add(Of("Check5"));
+  for (int axis = 0; axis < kOptionAxes; ++axis) add(Of("Check8", axis));
   return part;
 }
 
@@ -280,6 +293,7 @@ void OptionsFrame::OrderTabs() {
   };
   for (int box = 1; box < kOptionBoxes; ++box) next(Of("Check1", box));
   next(Of("Check5"));
+  for (int axis = 0; axis < kOptionAxes; ++axis) next(Of("Check8", axis));
   for (int factor = 0; factor < kOptionFactors; ++factor) next(Of("Text4", factor));
   for (const char* name : {"HScroll3", "Check3", "Check4", "Check6", "Text6"}) next(Of(name));
   next(browse_);
@@ -317,6 +331,16 @@ void OptionsFrame::TakeRoom() {
   area_->updateGeometry();
   layout()->invalidate();
   updateGeometry();
+}
+
+void OptionsFrame::SetWidest(int width) {
+  area_->SetWidest(std::max(width - 2 * frameWidth(), 0));
+  TakeRoom();
+}
+
+int OptionsFrame::ExtensionWidth() const {
+  if (colours_->isHidden() && help_->isHidden()) return 0;
+  return extension_->sizeHint().width() + area_->widget()->layout()->spacing();
 }
 
 void OptionsFrame::ShowControl(const ControlEntry& entry, QWidget* control) {

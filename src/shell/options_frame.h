@@ -8,7 +8,6 @@
 class QGridLayout;
 class QLabel;
 class QPushButton;
-class QScrollArea;
 class QVBoxLayout;
 
 namespace orv {
@@ -24,12 +23,18 @@ class OptionsFrame : public QFrame {
 
   // Copies the form into the controls.
   void Refresh();
+  // What the colours and the text about the link take beside the options; 0 while both are closed.
+  int ExtensionWidth() const;
+  // What the screen leaves: a wider frame scrolls.
+  void SetWidest(int width);
 
  Q_SIGNALS:
   // After each change by the user and each button; the form may then be invisible.
   void Changed();
 
  private:
+  class Area;
+
   void MakeControls();
   QWidget* MakeControl(const ControlEntry& entry);
   QWidget* BuildBoxes();
@@ -56,9 +61,10 @@ class OptionsFrame : public QFrame {
   std::array<QWidget*, kOptionControls.size()> controls_{};
   std::array<QPushButton*, kOptionTriples> patches_{};
   QPushButton* browse_ = nullptr;
-  QScrollArea* area_ = nullptr;
+  Area* area_ = nullptr;
   QWidget* colours_ = nullptr;
   QWidget* help_ = nullptr;
+  QVBoxLayout* extension_ = nullptr;  // holds both
   QLabel* satelliteLabel_ = nullptr;
 };
 

@@ -306,6 +306,15 @@ Glyph Scale() {
   return glyph;
 }
 
+Glyph Triangle() {
+  Glyph glyph;
+  glyph.areas.moveTo(6, 3);
+  glyph.areas.lineTo(20, 12);
+  glyph.areas.lineTo(6, 21);
+  glyph.areas.closeSubpath();
+  return glyph;
+}
+
 struct KeyGlyph {
   const char* key;
   Glyph (*glyph)();
@@ -324,7 +333,7 @@ constexpr KeyGlyph kGlyphs[] = {
     {"roll", Roll, 206},           {"orbit", Orbit, 207},
     {"pick", Crosshair, 208},      {"frame", Frame, 209},
     {"move", FourArrows, 210},     {"rotate", Rotate, 211},
-    {"scale", Scale, 212},
+    {"scale", Scale, 212},         {"demo", Triangle, 0},
 };
 
 void Draw(QPainter& painter, const Glyph& glyph, const QColor& colour, double width) {

@@ -12,8 +12,8 @@ namespace orv {
 // The keys of the toolbar in its order.
 const std::vector<std::string>& ToolIconKeys();
 
-// Icon of a key of the toolbar, also of those that no button bears; a null icon for other keys. It takes the text
-// colour of the palette in force when it is shown.
+// Icon of a key of the toolbar, also of those that no button bears, and of "demo"; a null icon for other keys. It takes
+// the text colour of the palette in force when it is shown.
 QIcon ToolIcon(const std::string& key);
 
 inline constexpr int kFirstCursorPicture = 200;

@@ -12,7 +12,6 @@ namespace orv {
 
 namespace {
 
-constexpr int kBusyPointer = 11;
 constexpr int kNormalPointer = 0;
 
 // Busy while it lives.

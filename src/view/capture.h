@@ -7,6 +7,8 @@
 
 namespace orv {
 
+inline constexpr int kBusyPointer = 11;
+
 // A part of the view in device pixels; x from the left, y from the bottom.
 struct CaptureRegion {
   int x = 0;

@@ -154,6 +154,7 @@ void ClassGl::LoadPlot() {
 
 void ClassGl::Draw() {
   if (lists_.PlotLoaded == 0) LoadPlot();
+  ClearInNewColour();
   if (view_.grid) control_.DrawGrid();
   DrawLabels();
 
@@ -174,6 +175,15 @@ void ClassGl::Draw() {
   const bool analysis = ProductWord(lists_.Title).find(kPlotPrefix) != std::string::npos;
   gl.PointSize(lists_.PenUpMode == 1 && !analysis ? linePlot * kDotGrowth : linePlot);
   DrawPlot();
+}
+
+// The control has cleared the picture in the colour of the paint before.
+void ClassGl::ClearInNewColour() {
+  const Rgba background = view_.Background();
+  if (background_ == background) return;
+  background_ = background;
+  control_.Gl().ClearColor(background_);
+  control_.Gl().Clear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }
 
 // From the scene to the eye, the turn of the trackball taken back.
@@ -219,10 +229,6 @@ void ClassGl::DrawPlot() {
     gl.PushMatrix();
     bodies_.DrawSatellite(*this);
     gl.PopMatrix();
-  }
-  if (!(background_ == view_.Background())) {
-    background_ = view_.Background();
-    control_.Redraw();  // the picture was cleared before this paint knew
   }
   gl.ClearColor(background_);
   gl.ClearDepth(1);
@@ -337,7 +343,8 @@ bool ClassGl::TheUpdateTimer_ThatTime(const TimerWork& work) {
   }
   if (playback_.Due(lists_, view_.AutoRotMode, view_.AutoRotPeriod, clock_.Seconds())) changed = true;
   if (work.linkBusy && work.linkBusy()) return changed;
-  if (view_.options.Interactive != 0 && tickTen_ <= 6 && work.watch) work.watch();
+  const bool watched = view_.options.Interactive != 0 || (work.watchWanted && work.watchWanted());
+  if (watched && tickTen_ <= 6 && work.watch) work.watch();
   if (work.movie && work.movie()) changed = true;
   return changed;
 }

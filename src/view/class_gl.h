@@ -33,10 +33,11 @@ class SceneBodies {
 
 // What the timer of the view also drives.
 struct TimerWork {
-  std::function<bool()> linkBusy;  // the spreadsheet link shows a dialog
-  std::function<void()> watch;     // one pass of the spreadsheet watch
-  std::function<bool()> movie;     // the next movie frame, if it is due; true when one was saved
-  std::function<bool()> spin;      // one step of the trackball's spin, at every tick; true when it turned
+  std::function<bool()> linkBusy;     // the spreadsheet link shows a dialog
+  std::function<void()> watch;        // one pass of the spreadsheet watch
+  std::function<bool()> watchWanted;  // a pass is wanted without the option Interactive
+  std::function<bool()> movie;        // the next movie frame, if it is due; true when one was saved
+  std::function<bool()> spin;         // one step of the trackball's spin, at every tick; true when it turned
 };
 
 inline constexpr int kRunning = 0;  // RedrawState
@@ -95,6 +96,7 @@ class ClassGl : public GlEvents {
 
  private:
   void LoadPlot();
+  void ClearInNewColour();
   void DrawLabels();
   Vec3 TowardsCamera() const;
   void DrawPlot();

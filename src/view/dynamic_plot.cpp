@@ -36,6 +36,7 @@ DynamicPlot::Style DynamicPlot::StyleOf(GlApi& gl, const Input& input) const {
   style.ScaleMode = input.view.ScaleMode;
   style.SidesMode = input.view.SidesMode;
   style.valueColours = input.view.valueColours;
+  style.ValueAxis = input.lists.ValueAxis;
   style.vectorsShown = input.lists.VectorsShown;
   style.options = input.view.options;
   const double widest =

@@ -50,6 +50,7 @@ class DynamicPlot {
     double ScaleMode = 0;
     int SidesMode = 0;
     bool valueColours = false;
+    int ValueAxis = 0;
     bool vectorsShown = false;
     Options options;
     double pixelRatio = 1;

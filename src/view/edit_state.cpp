@@ -40,6 +40,7 @@ constexpr double kCircleStep = 0.01;
 constexpr std::array<double, 3> kWhite{255, 255, 255};
 
 constexpr int kKeyEnter = 13;
+constexpr int kKeyEscape = 27;
 constexpr int kKeyPageUp = 33;
 constexpr int kKeyPageDown = 34;
 constexpr int kKeyLeft = 37;
@@ -58,11 +59,11 @@ double Guard(double x) {
 }
 
 // The part of a rotation by `step` in a plane: `along` grows towards the radius with a step above 0; `across` comes out
-// on its positive side. False when there is no radius.
-bool StepOnCircle(double step, double radius, double& along, double& across) {
+// on its positive side. `reach` is what the step takes for `across`. False when there is no radius.
+bool StepOnCircle(double step, double radius, double reach, double& along, double& across) {
   if (!(radius > 0)) return false;
   const double c = along / radius;
-  const double s = across / radius;
+  const double s = reach / radius;
   const double cStep = Guard(std::sqrt(1 - step * step));
   const double n = Guard(c * cStep + step * s);
   const double m = Guard(std::sqrt(1 - n * n));
@@ -130,7 +131,9 @@ ViewInput::Place ViewInput::Normalised(const Place& place) const {
 
 DragAction ViewInput::ActionOf(int Button, int Shift) const {
   DragAction action = DragAction::Turn;
-  if (Button == MouseButton::kLeft && (Shift & ShiftBit::kControl) == 0) {
+  const bool plain = (Shift & ShiftBit::kControl) == 0;
+  if (Button == MouseButton::kLeft && plain && (Shift & ShiftBit::kShift) != 0) return DragAction::Rectangle;
+  if (Button == MouseButton::kLeft && plain) {
     action = FindEditState(editState_)->left;
     if (action == DragAction::None) action = DragAction::Turn;
   } else if (Button == MouseButton::kRight && editState_ != kSelectState) {
@@ -145,11 +148,11 @@ void ViewInput::MouseDown(int Button, int Shift, double x, double y) {
   if (drag_.button != 0) return;
   last_ = down_ = {x, y};
   lastNorm_ = Normalised(last_);
+  drag_ = {Button, ActionOf(Button, Shift), false};
   if (Button == MouseButton::kLeft) {
     Ball().Stop();
-    dragging_ = pickName_ != 0 && editState_ == kSelectState;
+    dragging_ = pickName_ != 0 && editState_ == kSelectState && drag_.action != DragAction::Rectangle;
   }
-  drag_ = {Button, ActionOf(Button, Shift), false};
   if (drag_.action == DragAction::Turn) Ball().Down(lastNorm_.x, lastNorm_.y);
 }
 
@@ -171,7 +174,7 @@ void ViewInput::MouseMove(int Button, int Shift, double x, double y) {
   const bool held = drag_.button == MouseButton::kLeft && dragging_ && pickName_ >= kFirstHeldName;
   if (!held && drag_.action != DragAction::None) {
     Act(place);
-    scene_.Control().Redraw();
+    if (drag_.action != DragAction::Rectangle) scene_.Control().Redraw();
   }
   lastNorm_ = Normalised(place);
   last_ = place;
@@ -182,7 +185,9 @@ bool ViewInput::MouseUp(int Button, int /*Shift*/, double x, double y) {
   const Place place = Finite(x, y) ? Place{x, y} : last_;
   const bool moved = drag_.moved || std::hypot(place.x - down_.x, place.y - down_.y) >= kClickPixels * PixelRatio();
   EndDrag(place);
-  return !moved && Button == MouseButton::kLeft;
+  const bool click = !moved && Button == MouseButton::kLeft;
+  if (click) DropRectangle();
+  return click;
 }
 
 void ViewInput::EndDrag(const Place& place) {
@@ -230,6 +235,9 @@ void ViewInput::Act(const Place& place) {
     case DragAction::Roll:
       RollTo(norm);
       break;
+    case DragAction::Rectangle:
+      DragRectangle(place);
+      break;
     case DragAction::None:
       break;
   }
@@ -273,12 +281,34 @@ void ViewInput::RollTo(const Place& norm) {
   TheCamera().Roll(norm.x < 0 ? -angle : angle);
 }
 
+// From the place of the press to the pointer, as far as it is in the view.
+void ViewInput::DragRectangle(const Place& place) {
+  const int width = scene_.Control().Width();
+  const int height = scene_.Control().Height();
+  const auto pixel = [](double at, int extent) { return static_cast<int>(std::clamp<double>(at, 0, extent)); };
+  const auto [left, right] = std::minmax({pixel(down_.x, width), pixel(place.x, width)});
+  const auto [top, bottom] = std::minmax({pixel(down_.y, height), pixel(place.y, height)});
+  rectangle_.reset();
+  if (left < right && top < bottom) rectangle_ = {left, height - bottom, right - left, bottom - top};
+  window_.ShowRectangle(rectangle_);
+}
+
+void ViewInput::DropRectangle() {
+  if (!rectangle_) return;
+  rectangle_.reset();
+  window_.ShowRectangle(rectangle_);
+}
+
 // --- keys ------------------------------------------------------------------------------------------------------------
 
 void ViewInput::KeyDown(int& KeyCode, int Shift) {
   switch (KeyCode) {
     case kKeyI:
       ShowIsometric((Shift & ShiftBit::kShift) == 0);
+      break;
+    case kKeyEscape:
+      if (!rectangle_) return;
+      DropRectangle();
       break;
     case kKeyPageUp:
     case kKeyPageDown:
@@ -320,13 +350,15 @@ void ViewInput::TurnOnCircle(int KeyCode) {
   const double step = onward ? kCircleStep : -kCircleStep;
   bool moved = false;
   if (KeyCode == kKeyLeft || KeyCode == kKeyRight) {
-    moved = StepOnCircle(step, Radius(y, z), y, z);
+    moved = StepOnCircle(step, Radius(y, z), z, y, z);
   } else if (KeyCode == kKeyUp || KeyCode == kKeyDown) {
     const double side = x < 0 ? -1 : 1;
-    moved = StepOnCircle(step, Radius(z, x), z, x);
+    // Near the pole the step takes the side of x alone, as if it were 1.
+    const double reach = std::abs(x) > 1 || x == 0 ? x : side;
+    moved = StepOnCircle(step, Radius(z, x), reach, z, x);
     x *= side;
   } else {
-    moved = StepOnCircle(step, Radius(x, y), x, y);
+    moved = StepOnCircle(step, Radius(x, y), y, x, y);
   }
   if (moved) MoveCamera(position);
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "view/capture.h"
 #include "view/class_gl.h"
 
 namespace orv {
@@ -24,7 +25,7 @@ struct ShiftBit {
   static constexpr int kAlt = 4;
 };
 
-enum class DragAction { None, Turn, Pan, Zoom, Dolly, Pitch, Yaw, Roll };
+enum class DragAction { None, Turn, Pan, Zoom, Dolly, Pitch, Yaw, Roll, Rectangle };
 
 // A state of the view: the toolbar key that sets it, the pointer that shows it (none: the pointer stays), and what a
 // drag with the left button does. A momentary state acts at once and leaves the state before it in force.
@@ -63,6 +64,8 @@ class ViewWindow {
   // White takes the place of a background, and the background that it gives back.
   virtual void KeepBackground(const std::array<double, 3>& colour) { keptBackground_ = colour; }
   virtual std::array<double, 3> StoredBackground() const { return keptBackground_; }
+  // The rectangle dragged for images has changed or is gone.
+  virtual void ShowRectangle(const std::optional<CaptureRegion>& /*rectangle*/) {}
 
  private:
   std::array<double, 3> keptBackground_ = Options{}.ColourOfBackGround;
@@ -73,7 +76,8 @@ class ViewWindow {
 //
 // One drag does one thing, decided as its button goes down: the left button as the state tells, and turning where that
 // is nothing; the right button turns in state 1, pans in state 6, else zooms; the middle button, or left with Control,
-// turns. Nothing moves before the pointer has left a circle of 3 pixels, so that a click never moves the scene.
+// turns; left with Shift draws a rectangle, which images are saved from until a left click or Escape takes it away.
+// Nothing moves before the pointer has left a circle of 3 pixels, so that a click never moves the scene.
 class ViewInput {
  public:
   // The trackball is on from here.
@@ -107,6 +111,10 @@ class ViewInput {
 
   // The "stop" button: the trackball off, or on again.
   void ToggleTrackball();
+  // The part of the view that images are saved from; without one they show the whole view.
+  const std::optional<CaptureRegion>& Rectangle() const { return rectangle_; }
+  void DropRectangle();
+
   // One step of the spin, for each tick of the view's timer (TimerWork::spin); true when the scene has turned.
   bool SpinStep();
 
@@ -138,6 +146,7 @@ class ViewInput {
   void ZoomStep(bool nearer);
   void PanBy(double x, double y);
   void RollTo(const Place& norm);
+  void DragRectangle(const Place& place);
   void MoveCamera(const Vec3& position);
   void TurnOnCircle(int KeyCode);
   void ShowIsometric(bool real);
@@ -151,6 +160,7 @@ class ViewInput {
   Place down_;
   Place lastNorm_;
   Drag drag_;
+  std::optional<CaptureRegion> rectangle_;
   int pickName_ = 0;
   bool dragging_ = false;
   bool animate_ = true;

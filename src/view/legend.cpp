@@ -6,6 +6,7 @@
 #include "numerics/number_format.h"
 #include "numerics/text.h"
 #include "view/colour_scale.h"
+#include "view/plot_texts.h"
 
 namespace orv {
 namespace {
@@ -294,7 +295,8 @@ void DrawLegend(const LegendInput& input, glxCtl& control) {
   const double firstRow = DrawTitle(input, control);
   if (mode == 0 || mode == 1) {
     const int levels = ScaleOf(input.lists, input.state).LegendLevels();
-    const double room = control.Height() / control.DeviceRatio() - firstRow - kBottomMargin;
+    const double room = control.Height() / control.DeviceRatio() - firstRow - kBottomMargin -
+                        CornerTextHeight(input.lists, input.state);
     const double pitch = std::clamp(room / levels, 1.0, kRowPitch);
     DrawSquares(input, control, firstRow, pitch);
     DrawFlatLabels(input, control, firstRow, pitch);

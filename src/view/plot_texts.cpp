@@ -38,6 +38,12 @@ std::string ProductWord(const std::string& title) {
   return trimmed.substr(0, trimmed.find_first_of(" \r\n"));
 }
 
+double CornerTextHeight(const PointLists& lists, const ViewState& view) {
+  if (view.options.Check1[6] != 0) return 0;
+  if (lists.ValueCount != kNoEntry) return 2 * kLineHeight;
+  return lists.TimePlot ? kLineHeight : 0;
+}
+
 void DrawPlotTexts(const PlotTextInput& input, glxCtl& control) {
   const PointLists& lists = input.lists;
   const bool timeMoves = input.view.options.Check1[6] == 0;
@@ -65,7 +71,8 @@ void DrawPlotTexts(const PlotTextInput& input, glxCtl& control) {
     for (std::size_t axis = 1; axis <= 3; ++axis) {
       origin += TenCharacters(0 - input.scale.AxisRange[axis].Offset) + " , ";
     }
-    control.Text3D(input.labelFont, origin, 0, 0, 0, kSceneSize, input.view.TextColour());
+    control.Text3D(input.labelFont, origin, 0, 0, 0, kSceneSize,
+                   OptionColour(input.view.options.ColourOfAxisLabels));
   }
 }
 

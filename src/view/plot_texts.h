@@ -23,6 +23,9 @@ struct PlotTextInput {
   FontHandle smallFont = 0;
 };
 
+// Height of the lines that a plot may write in the corner below its legend, in logical pixels.
+double CornerTextHeight(const PointLists& lists, const ViewState& view);
+
 // The texts of a plot: the value at the moving point with its limits, the date in the corner and at the moving point,
 // the coordinates of the origin.
 void DrawPlotTexts(const PlotTextInput& input, glxCtl& control);

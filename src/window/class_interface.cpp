@@ -6,6 +6,7 @@
 
 #include "model/plot_filler.h"
 #include "model/range_plot.h"
+#include "model/workbook_contents.h"
 #include "numerics/number_format.h"
 #include "numerics/text.h"
 
@@ -64,7 +65,7 @@ class ItemReader {
 
   double Number(const std::string& item) {
     const long before = boxes_.boxes();
-    const double value = ReadPointNumber(item, reader_);
+    const double value = reader_.ReadPointNumber(item);
     if (boxes_.boxes() != before) {
       faults_.tooLarge.Add(row_);
     } else if (value == 0 && !item.empty() && !HasDigit(item)) {
@@ -125,15 +126,17 @@ void ClassInterface::TakeLists() {
 }
 
 void ClassInterface::InterFaceXls(const std::string& Selection, int FlagOptionToPlot) {
-  newPlot_ = newPlot_ || Selection != Selection_;
-  Selection_ = Selection;
+  const std::string name = CleanUtf8(Selection);
+  newPlot_ = newPlot_ || name != Selection_;
+  Selection_ = name;
   FlagOptionToPlot_ = FlagOptionToPlot;
   if (OwnPlot()) NamePlot();
   Publish("InterFaceXls", {});
 }
 
-void ClassInterface::GlrayonXls(const std::string& text, double FactorScale) {
+void ClassInterface::GlrayonXls(const std::string& given, double FactorScale) {
   if (!std::isfinite(FactorScale)) Raise(FailureNumber::InvalidProcedureCall);
+  const std::string text = CleanUtf8(given);
   CheckLength(text);
   TakeLists();
   ItemFaults faults;
@@ -153,7 +156,8 @@ void ClassInterface::GlrayonXls(const std::string& text, double FactorScale) {
   Publish("GlrayonXls", faults);
 }
 
-void ClassInterface::GlrayonXlsT(const std::string& text, int flag) {
+void ClassInterface::GlrayonXlsT(const std::string& given, int flag) {
+  const std::string text = CleanUtf8(given);
   CheckLength(text);
   TakeLists();
   timesGiven_ = flag;
@@ -168,8 +172,9 @@ void ClassInterface::GlrayonXlsT(const std::string& text, int flag) {
   Publish("GlrayonXlsT", faults);
 }
 
-void ClassInterface::GlEventsXls(const std::string& text, double FactorScale) {
+void ClassInterface::GlEventsXls(const std::string& given, double FactorScale) {
   if (!std::isfinite(FactorScale)) Raise(FailureNumber::InvalidProcedureCall);
+  const std::string text = CleanUtf8(given);
   CheckLength(text);
   TakeLists();
   ItemFaults faults;

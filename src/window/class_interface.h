@@ -20,9 +20,9 @@ struct ItemFaults {
 };
 
 // How another program feeds the view: texts as a spreadsheet copies them, rows ended by CR LF (LF alone serves too),
-// items separated by tabs. The first points, values or
-// events behind a plot of the program's own begin an empty plot; the calls may come
-// in any order and be repeated. Each asks for a paint, which scales the plot anew.
+// items separated by tabs, in UTF-8; any other is taken for Windows-1252. The first points, values or events behind a
+// plot of the program's own begin an empty plot; the calls may come in any order and be repeated. Each asks for a
+// paint, which scales the plot anew.
 //
 // Items are read as cells are: what is no number is 0. Numbers too large for the view are 0 too, and rows beyond 2^20
 // are left out; both are logged. Failure 5 for a factor that is no number.

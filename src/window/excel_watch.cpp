@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 
 #include "numerics/text.h"
 
@@ -61,7 +62,7 @@ class Held {
 }  // namespace
 
 bool ExcelWatch::HasKeyword(std::string_view formula) const {
-  return !session_.MainKeyword.empty() && Contains(formula, session_.MainKeyword);
+  return !session_.MainKeyword.empty() && Contains(UpperTrim(formula), UpperTrim(session_.MainKeyword));
 }
 
 // What a cell without a specification stands for: the typed one. The keyword cell of a model stands for itself.
@@ -274,6 +275,8 @@ void ExcelWatch::mnuUpdateExcel() {
   host_.EnableInteractiveMenus(false);
   Rearm();
   lists_.VectorCount = 0;
+  lists_.rotation.present = false;  // the turn of the plot before ends
+  lists_.rotation.main.start = 0;
   if (host_.InteractiveOn()) host_.ClearInteractive();
   session_.SourceMode = 0;
   session_.ExcelState = 0;
@@ -350,6 +353,20 @@ bool ExcelWatch::Answers() {
   } catch (const RuntimeFailure&) {
     return false;
   }
+}
+
+bool ExcelWatch::IsThere() {
+  const auto failureOf = [](const std::function<void()>& operation) {
+    try {
+      operation();
+      return 0;
+    } catch (const RuntimeFailure& failure) {
+      return NumberOf(failure);
+    }
+  };
+  int failure = failureOf([this] { Look(); });
+  if (IsOneOf(failure, kBusy)) failure = failureOf([this] { sheet_.Attach(); });
+  return failure == 0 || IsOneOf(failure, kBusy);
 }
 
 std::string ExcelWatch::StateText() const {

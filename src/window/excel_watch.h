@@ -77,8 +77,10 @@ class ExcelWatch {
   void TakeAsActedOn();
   // The next formula counts as new.
   void Rearm();
-  // Whether a spreadsheet is there; quiet.
+  // Whether a spreadsheet answers at once; quiet.
   bool Answers();
+  // Whether there is one at all, if need be after the patience of a run: it may be busy, or not known yet.
+  bool IsThere();
 
   // The user chose a workbook or a plot file: it is shown until mnuUpdateExcel or interactivity.
   void ChooseFile();

@@ -19,10 +19,11 @@ bool HasEnd(const std::string& name, std::string_view end) {
 
 }  // namespace
 
-bool DrawLevelLines(RunContext& run, DrawingSurface& surface) {
+bool DrawLevelLines(RunContext& run, const std::function<std::string(const LevelLineInput&)>& plot) {
+  if (!run.record.finished) return false;
   std::string message;
   const std::optional<LevelLineInput> input = FindLevelLineData(run, message);
-  if (input) message = PlotLevelLines(*input, surface);
+  if (input) message = plot(*input);
   TellLevelLineFault(run.dialogs(), message);
   return input.has_value();
 }

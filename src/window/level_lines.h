@@ -1,17 +1,17 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "analysis/run_context.h"
-#include "view/drawing_surface.h"
 #include "view/level_line_plot.h"
 
 namespace orv {
 
-// Draws the level lines that the plot option of a finished run asks for; to be called after each run and re-plot. What
-// is wrong goes to the status line and the log: the frame of the plot stays. False when nothing was drawn, because none
-// are asked for or the primitive does not exist.
-bool DrawLevelLines(RunContext& run, DrawingSurface& surface);
+// Hands the level lines that the plot option of a finished run asks for to `plot`, which answers with what the plot
+// says; to be called after each run and re-plot. What is wrong goes to the status line and the log: the frame of the
+// plot stays. False when nothing was drawn, because none are asked for or the primitive does not exist.
+bool DrawLevelLines(RunContext& run, const std::function<std::string(const LevelLineInput&)>& plot);
 
 // Tells why level lines are missing; an empty text tells nothing.
 void TellLevelLineFault(UserDialogs& dialogs, const std::string& text);

@@ -54,7 +54,7 @@ inline constexpr std::array<ControlEntry, 18> kMainControls = {{
     {.name = "Command6", .kind = ControlKind::Button, .caption = "Run Demo"},
     {.name = "ProgressBar1", .kind = ControlKind::Progress, .minimum = 30, .maximum = 100},
     {.name = "StatusBar1", .kind = ControlKind::StatusBar, .caption = kPanelText, .tip = kPanelTip},
-    {.name = "Text12", .kind = ControlKind::Text, .caption = "warning", .tip = "This is a memo for the warnings"},
+    {.name = "Text12", .kind = ControlKind::Text, .caption = "warning", .initial = "This is a memo for the warnings"},
     {.name = "Options", .kind = ControlKind::Frame, .caption = "Options"},
     {.name = "Frame1", .kind = ControlKind::Frame, .caption = "To run in PowerPoint"},
 }};

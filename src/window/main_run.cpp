@@ -1,6 +1,5 @@
 #include "window/main_run.h"
 
-#include <fstream>
 #include <new>
 
 #include "model/demo_plot.h"
@@ -9,19 +8,6 @@
 #include "numerics/paths.h"
 
 namespace orv {
-namespace {
-
-constexpr std::size_t kFirstBytes = 4096;
-
-bool HoldsPlot(const std::string& file) {
-  std::ifstream in(PathOf(file), std::ios::binary);
-  std::string bytes(kFirstBytes, '\0');
-  in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  bytes.resize(static_cast<std::size_t>(in.gcount()));
-  return IsPlotFile(bytes);
-}
-
-}  // namespace
 
 MainRun::MainRun(RunContext& run, PlotSelection& selection, std::string dataFolder, Spreadsheet& link)
     : run_(run), selection_(selection), dataFolder_(std::move(dataFolder)), link_(link) {}
@@ -36,8 +22,8 @@ bool MainRun::Guarded(Work&& work) {
     return work();
   } catch (const WorkbookError& error) {
     Tell(error.what(), "Workbook");
-  } catch (const ModelNotFound& error) {
-    Tell(error.message, "Workbook");
+  } catch (const ModelNotFound&) {
+    // The question about another sheet has told it.
   } catch (const ModelTooLarge& error) {
     Tell(error.message, "Model");
   } catch (const RuntimeFailure& failure) {
@@ -52,7 +38,8 @@ bool MainRun::Guarded(Work&& work) {
 
 void MainRun::Choose(const std::string& file) {
   file_ = file;
-  source_ = HoldsPlot(file) ? PlotSource::PlotFile : PlotSource::Workbook;
+  fileHoldsPlot_ = HoldsPlot(file);
+  source_ = fileHoldsPlot_ ? PlotSource::PlotFile : PlotSource::Workbook;
   session_.FileMode = 0;
   watch_->ChooseFile();
 }
@@ -71,11 +58,11 @@ bool MainRun::CommExcelRun() {
   return Guarded([&] {
     ChosenFile chosen;
     chosen.present = !file_.empty();
-    chosen.workbook = source_ != PlotSource::PlotFile;
+    chosen.workbook = !fileHoldsPlot_;
     const bool asked = session_.FileMode == 1 || session_.SourceMode >= 1 || watch_->FileChosen();
-    const RunSource source = SourceOfRun(session_, chosen, watch_->FileChosen(), !asked && watch_->Answers());
+    const RunSource source = SourceOfRun(session_, chosen, watch_->FileChosen(), !asked && watch_->IsThere());
     const bool shown = Show(source);
-    if (shown) shown_ = {source_, file_};
+    if (shown) shown_ = {source_, file_, fileHoldsPlot_};
     return shown;
   });
 }
@@ -107,8 +94,8 @@ bool MainRun::ReadWorkbook() {
 bool MainRun::ReadSpreadsheet(Spreadsheet& sheet) {
   CommExcel reading(sheet, run_.reader, run_.clock);
   ModelData model;
-  const CommExcel::Outcome outcome = reading.Read(model, session_);
   const bool linked = &sheet == &link_;
+  const CommExcel::Outcome outcome = ReadOrEnd(reading, model, linked);
   const auto took = [&] {
     if (!linked) return;
     source_ = PlotSource::Spreadsheet;
@@ -134,6 +121,17 @@ bool MainRun::ReadSpreadsheet(Spreadsheet& sheet) {
   return false;
 }
 
+// Who names no other sheet of the running spreadsheet ends the program, as the question says. The sheet of a workbook
+// file was the user's choice, and what is shown stays.
+CommExcel::Outcome MainRun::ReadOrEnd(CommExcel& reading, ModelData& model, bool linked) {
+  try {
+    return reading.Read(model, session_);
+  } catch (const ModelNotFound&) {
+    if (linked) throw ProgramEnd{};
+    throw;
+  }
+}
+
 // A selection that is cancelled leaves everything as it was: the model whose results are shown, and its file.
 bool MainRun::RunModel(ModelData&& model) {
   if (!model.DatabaseHasTables()) {
@@ -152,6 +150,7 @@ bool MainRun::RunModel(ModelData&& model) {
     run_.model = std::move(before);
     source_ = shown_.source;
     file_ = shown_.file;
+    fileHoldsPlot_ = shown_.fileHoldsPlot;
   }
   return computed;
 }
@@ -161,7 +160,9 @@ bool MainRun::PlotRanges(Spreadsheet& sheet) {
   copy.specification = session_.specification;
   copy.MainKeyword = session_.MainKeyword;
   copy.ExcelBusyRetrynumber = &session_.ExcelBusyRetrynumber;
-  const PlotReading reading = SendRangePlot(sheet, copy, LastPlot(), run_.lists, run_.reader, run_.clock);
+  // A plot file that the user has opened is no place for another plot.
+  const PlotFileNames names = PlotFiles(dataFolder_ + kLastPlotName);
+  const PlotReading reading = SendRangePlot(sheet, copy, names, run_.lists, run_.reader, run_.clock);
   if (reading.source == PlotReading::Source::Nothing) return false;
   // Ranges too narrow for a plot leave the last one.
   if (reading.header.specification == copy.specification) specificationPlotted_ = copy.specification;
@@ -172,9 +173,9 @@ bool MainRun::PlotRanges(Spreadsheet& sheet) {
   return true;
 }
 
-PlotFileNames MainRun::LastPlot() const {
+PlotFileNames MainRun::PlotFiles(const std::string& TraceFile) const {
   PlotFileNames names;
-  names.TraceFile = source_ == PlotSource::PlotFile && !file_.empty() ? file_ : dataFolder_ + kLastPlotName;
+  names.TraceFile = TraceFile;
   names.DemoFile = DemoFile();
   names.SourceMode = session_.SourceMode == 1 ? 1 : 0;
   return names;
@@ -186,9 +187,11 @@ bool MainRun::Replot() {
 
 // The plot file in force; without one the sample plot, which the user is told.
 bool MainRun::ShowPlotFile() {
-  const PlotReading reading = ReadPlotFile(LastPlot(), run_.lists, run_.reader, session_.MainKeyword);
+  const bool chosen = fileHoldsPlot_ && !file_.empty();
+  const PlotFileNames names = PlotFiles(chosen ? file_ : dataFolder_ + kLastPlotName);
+  const PlotReading reading = ReadPlotFile(names, run_.lists, run_.reader, session_.MainKeyword);
   if (reading.source == PlotReading::Source::Nothing) return false;
-  if (source_ != PlotSource::PlotFile) file_.clear();
+  if (!chosen) file_.clear();
   source_ = reading.source == PlotReading::Source::Demo ? PlotSource::Demo : PlotSource::PlotFile;
   lastText_ = reading.file;
   // The results of a model belong to another picture now.

@@ -57,6 +57,7 @@ class MainRun {
   struct Shown {
     PlotSource source = PlotSource::Demo;
     std::string file;
+    bool fileHoldsPlot = false;
   };
 
   bool Show(RunSource source);
@@ -65,7 +66,8 @@ class MainRun {
   bool RunModel(ModelData&& model);
   bool PlotRanges(Spreadsheet& sheet);
   bool ShowPlotFile();
-  PlotFileNames LastPlot() const;
+  CommExcel::Outcome ReadOrEnd(CommExcel& reading, ModelData& model, bool linked);
+  PlotFileNames PlotFiles(const std::string& TraceFile) const;
   void Tell(const std::string& text, const std::string& title);
   template <class Work>
   bool Guarded(Work&& work);
@@ -80,6 +82,7 @@ class MainRun {
   EffectPhases phases_;
   PlotSource source_ = PlotSource::Demo;
   std::string file_;
+  bool fileHoldsPlot_ = false;  // otherwise it is a workbook
   Shown shown_;
   std::string workbookRead_;
   std::string lastText_;

@@ -143,6 +143,7 @@ void OptionsForm::Type(std::string_view name, int index, const std::string& text
   values_[place] = value;
   typed_[place] = !entry.key.empty();
   if (name == "Check7") ChangeWhite(value == "1");
+  if (name == "Check8") ShowValueAxis(index + 1);
   if (name == "Check1" && index == kInteractiveBox) view_.options.Interactive = value == "1" ? 1 : 0;
   TakeLoneFields();
 }
@@ -259,6 +260,17 @@ void OptionsForm::mnuOinteractive_Click() {
 void OptionsForm::ForbidInteractive() {
   Field("Check1", kInteractiveBox) = "0";
   view_.options.Interactive = 0;
+}
+
+int OptionsForm::ValueAxis() const {
+  for (int axis = 1; axis <= kOptionAxes; ++axis) {
+    if (Ticked("Check8", axis - 1)) return axis;
+  }
+  return 0;
+}
+
+void OptionsForm::ShowValueAxis(int axis) {
+  for (int box = 0; box < kOptionAxes; ++box) Field("Check8", box) = BoxText(box + 1 == axis);
 }
 
 std::string OptionsForm::SatelliteLabel() const {

@@ -53,6 +53,11 @@ class OptionsForm {
   // Interactivity off, in the field and in the record, without storing it.
   void ForbidInteractive();
 
+  // The axis of the values of a range plot, 1 .. 3 for x, y, z, whose box Check8 is ticked; 0: none. The plot tells it,
+  // a click on one of the boxes chooses another.
+  int ValueAxis() const;
+  void ShowValueAxis(int axis);
+
   std::string SatelliteLabel() const;  // beside HScroll3
   // Caption of Check3: what key I last wrote there.
   std::string Check3Caption() const { return check3Caption_; }

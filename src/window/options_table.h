@@ -8,6 +8,7 @@
 namespace orv {
 
 inline constexpr int kOptionBoxes = 9;     // Check1
+inline constexpr int kOptionAxes = 3;      // Check8
 inline constexpr int kOptionFactors = 4;   // Text4
 inline constexpr int kOptionColours = 18;  // Text5, red, green, blue of six colours
 inline constexpr double kSmallestFactor = 0.01;
@@ -36,6 +37,15 @@ constexpr ControlEntry Lone(std::string_view name, std::string_view caption, std
           .initial = "0",
           .maximum = 1,
           .key = key};
+}
+constexpr ControlEntry Axis(int index, std::string_view caption) {
+  return {.name = "Check8",
+          .index = index,
+          .kind = ControlKind::Check,
+          .caption = caption,
+          .tip = "The axis along which the values of a range plot stand; the plot ticks it",
+          .initial = "0",
+          .maximum = 1};
 }
 constexpr ControlEntry Factor(int index, std::string_view caption) {
   return {.name = "Text4",
@@ -68,7 +78,7 @@ constexpr ControlEntry Press(std::string_view name, std::string_view caption, st
 
 }  // namespace options_table
 
-inline constexpr std::array<ControlEntry, 47> kOptionControls = {{
+inline constexpr std::array<ControlEntry, 50> kOptionControls = {{
     options_table::Box(0, "no Plot Earth..."),
     options_table::Box(1, "no Colour Axis X"),
     options_table::Box(2, "Large Characters "),
@@ -118,6 +128,9 @@ inline constexpr std::array<ControlEntry, 47> kOptionControls = {{
     options_table::Lone("Check3", "Satellite", "Shows the schematic satellite", "Setstr04.00"),
     options_table::Lone("Check4", "Solar panel", "The panels of the schematic satellite follow the Sun", "Setstr05.00"),
     options_table::Lone("Check5", "Valz", "Values colour the trace in place of bars"),
+    options_table::Axis(0, "Bars valx"),
+    options_table::Axis(1, "Bars valy"),
+    options_table::Axis(2, "Bars valz"),
     options_table::Lone("Check6", "Sat. Axis", "Shows the axes of the satellite"),
     options_table::Lone("Check2", "Ext Change colours", "Shows the colours too"),
     options_table::Press("Command1", "Save", "Applies the options and stores them"),

@@ -11,9 +11,9 @@ namespace {
 constexpr const char* kVectorsCaption = "CheckPLOTvectorsNb";
 constexpr int kSpeedAfterColours = 7;
 
-// The text of a bar, its number set off by a blank.
+// The text of a bar; only some of the words bring a blank.
 std::string BarText(const std::string& words, double number, const char* mask = "0") {
-  return words + " " + FormatNumber(number, mask);
+  return words + FormatNumber(number, mask);
 }
 
 }  // namespace
@@ -52,7 +52,7 @@ void PlotControls::ChangeHScroll1(int value, bool byUser) {
       scene_.ChangeCURRINDEXI(IndexOf(value), previous);
     }
   }
-  main_.text3 = BarText("Redraw", shown);
+  main_.text3 = BarText("Redraw ", shown);
   scene_.Control().Redraw();
 }
 
@@ -82,7 +82,7 @@ void PlotControls::ChangeHScroll2(int value) {
   scene_.View().AutoRotPeriod = (square + 0.1) / 10;
   const bool turning = scene_.View().AutoRotMode != kMeanData;
   main_.text2 =
-      turning ? BarText("Auto-Rotation", scene_.View().AutoRotPeriod, "0.0#") : BarText("Redraw speed", value);
+      turning ? BarText("Auto-Rotation ", scene_.View().AutoRotPeriod, "0.0#") : BarText("Redraw speed", value);
 }
 
 void PlotControls::ClickCommand7(const ClickKeys& keys) {

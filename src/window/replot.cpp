@@ -46,23 +46,28 @@ bool Replot::CanTurn() const {
 
 ReplotAction Replot::Click(const ClickKeys& keys) {
   if (Busy()) return ReplotAction::None;
-  if (keys.ctrl) {
+  if (keys.ctrl && HasSides()) {
     StepSides();
     return ReplotAction::None;
   }
   main_.statusTag = kBusy;
-  const bool choose = keys.right || keys.shift;
-  if (keys.alt && !choose) return ReplotAction::None;
   if (!run_.record.finished) {
     run_.plot.IndexPlotRequest = 0;
     working_ = true;
     return ReplotAction::FullRun;
   }
+  const bool choose = keys.right || keys.shift;
+  if (keys.alt && !choose) return ReplotAction::None;
   working_ = true;
   const bool first = !selectionShown_ || !selection_.Loaded();
   const ReplotAction action = choose || first ? ReplotAction::ShowSelection : Walk();
   if (action == ReplotAction::ShowSelection) selectionShown_ = true;
   return action;
+}
+
+// Cells of a run, or the outlines of ranges.
+bool Replot::HasSides() const {
+  return run_.record.finished || run_.lists.PenUpMode == 1;
 }
 
 void Replot::Release() {
@@ -102,7 +107,7 @@ ReplotAction Replot::Walk() {
       continue;
     }
     walkPlace_ = place;
-    return TakePlot(plot, false);
+    return TakePlot(plot);
   }
   return ReplotAction::ShowSelection;
 }
@@ -121,22 +126,27 @@ ReplotAction Replot::TakeSelection() {
   run_.plot.PlotOptionText = selection_.PlotOptionText();
   run_.plot.LogScale = selection_.LogScale();
   const std::string tip = main_.panelTip;
-  const ReplotAction action = TakePlot(plot, true);
+  const ReplotAction action = TakePlot(plot);
   if (plot >= kRedeposition) main_.panelTip = tip;
   return action;
 }
 
-ReplotAction Replot::TakePlot(double plot, bool selected) {
+ReplotAction Replot::TakePlot(double plot) {
   run_.plot.IndexPlotRequest = plot;
   SetSides(plot < kRedeposition ? kRectoMode : kBordersMode);
-  missing_ = selected ? MissingDataInSelection(plot, Computed()) : MissingDataOnStatusBar(plot, Computed());
-  if (!missing_.empty()) main_.panel = missing_;
+  TellMissing();
   return ReplotAction::Replot;
+}
+
+void Replot::TellMissing() {
+  missing_ = MissingDataOnStatusBar(run_.plot.IndexPlotRequest, Computed());
+  if (!missing_.empty()) main_.panel = missing_;
 }
 
 ReplotAction Replot::Again() {
   if (!run_.record.finished || !Begin()) return ReplotAction::None;
   run_.plot.IndexPlotRequest = run_.plot.IndexPlot;
+  TellMissing();
   return ReplotAction::Replot;
 }
 
@@ -144,11 +154,15 @@ void Replot::PrepareUpdate() {
   run_.plot.IndexPlotRequest = 0;
   controls_.HideVectors();
   selection_.Unload();
+  missing_.clear();
+  StartAnew();
+  main_.panel = main_.panelTip;
+}
+
+void Replot::StartAnew() {
   selectionShown_ = false;
   walkPlace_ = -1;
-  missing_.clear();
   SetSides(kBordersMode);
-  main_.panel = main_.panelTip;
 }
 
 bool Replot::Begin() {

@@ -41,11 +41,13 @@ class Replot {
   // The selection has closed. Replot, or None when it was cancelled. From plot 90 on the tip stays as "Go Plot" left
   // it.
   ReplotAction TakeSelection();
-  // The last plot once more.
+  // The last plot of a run once more.
   ReplotAction Again();
 
   // A full run from the menu or the watch: the choice, the vectors and the selection of before are forgotten.
   void PrepareUpdate();
+  // A full run has shown a model: its first click and its sides are those of a new one.
+  void StartAnew();
   // Marks the bar for work that no click began; false when it is busy.
   bool Begin();
   // The work that a click or Begin started is over. The bar ends with the model's name, or with what the plot lacks
@@ -58,11 +60,12 @@ class Replot {
   ComputedPlots Computed() const { return {run_.plot.PreviousIndexPlot, run_.rotation.RotatingPrimitive}; }
 
  private:
+  bool HasSides() const;
   void StepSides();
   void SetSides(int mode);
   ReplotAction Walk();
-  // selected: in the selection, which words what is missing in its own way.
-  ReplotAction TakePlot(double plot, bool selected);
+  ReplotAction TakePlot(double plot);
+  void TellMissing();
   void FreeMark();
 
   RunContext& run_;

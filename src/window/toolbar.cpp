@@ -10,7 +10,8 @@ namespace {
 constexpr const char* kFirstMode = "pan";
 constexpr int kLastMode = 12;  // the states above act once or have a switch of their own
 
-// The vertical axis of a held X, Y or Z, as capital or small letter; 0 for other keys.
+}  // namespace
+
 int AxisOfKey(int code) {
   switch (code) {
     case 88:
@@ -26,8 +27,6 @@ int AxisOfKey(int code) {
       return 0;
   }
 }
-
-}  // namespace
 
 const ToolEntry* FindTool(std::string_view key) {
   const auto found = std::find_if(kTools.begin(), kTools.end(), [&](const ToolEntry& tool) { return tool.key == key; });

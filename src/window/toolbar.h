@@ -44,6 +44,9 @@ inline constexpr std::array<ToolEntry, 21> kTools = {{
 // The entry of a key, or nullptr.
 const ToolEntry* FindTool(std::string_view key);
 
+// The vertical axis of a held X, Y or Z, as capital or small letter; 0 for other keys.
+int AxisOfKey(int code);
+
 enum class ToolAction {
   None,
   Mode,         // EditState stays as the mode of dragging

@@ -319,6 +319,13 @@ TEST_F(ReportTablesTest, OneNameWithinAnotherIsNotMixedUp) {
   EXPECT_EQ(RedepositionSlot(run, 19), 0);
 }
 
+TEST_F(ReportTablesTest, NamesThatDifferByTblKeepTheirPlaces) {
+  UseMaterials({"gold", "goldTbl"});
+  EXPECT_EQ(LabelOf(run.ResultLabels, 90), LabelOf(run.ResultLabels, 91));
+  for (int q : {90, 91, 95, 96, 100, 101}) EXPECT_EQ(RedepositionSlot(run, q), q - 89) << q;
+  EXPECT_EQ(RedepositionSlot(run, 92), 0);
+}
+
 // The sixth material takes the label of the next kind: its redeposition has no slot in the stores.
 TEST_F(ReportTablesTest, TheSixthMaterialHasNoSlot) {
   UseMaterials({"a", "b", "c", "d", "e", "f"});

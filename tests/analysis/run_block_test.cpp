@@ -58,6 +58,9 @@ TEST_F(RunBlockTest, ASubscriptIsToldFirst) {
   EXPECT_EQ(dialogs.boxes[1].text, "Subscript out of range");
   EXPECT_EQ(dialogs.boxes[1].title, "Error aSpaceApplication");
   EXPECT_FALSE(block([&] { Raise(FailureNumber::Overflow, "a SUBScription"); }));
+  EXPECT_EQ(dialogs.boxes.size(), 2U) << "ignored: no further box";
+  ignored = false;
+  EXPECT_FALSE(block([&] { Raise(FailureNumber::Overflow, "a SUBScription"); }));
   EXPECT_EQ(dialogs.Count("Error fautea_SpaceApplication "), 2);
 }
 

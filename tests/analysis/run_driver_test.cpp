@@ -68,8 +68,10 @@ TEST_F(Driver, TheSelectionIsAskedWithTheModel) {
   EXPECT_THAT(selection.captions, ElementsAre(" Model: Orvdata Test model"));
   ASSERT_EQ(selection.labelsSeen.size(), 121U);
   EXPECT_EQ(selection.labelsSeen[13], "Density (m-3)");
-  EXPECT_THAT(selection.labelsSeen, ::testing::Contains("Redeposition silver(m/s)"));
-  EXPECT_THAT(selection.labelsSeen, ::testing::Contains("Redeposition gold(m/s)"));
+  // The thruster's name is no material.
+  EXPECT_EQ(selection.labelsSeen[90], "Redeposition silver(m/s)");
+  EXPECT_EQ(selection.labelsSeen[91], "Redeposition gold(m/s)");
+  EXPECT_EQ(selection.labelsSeen[92], "");
 }
 
 TEST_F(Driver, TheChosenPlotIsTaken) {
@@ -194,6 +196,38 @@ TEST_F(Driver, RedepositionTurnsToTheRectoSides) {
   Run(13);
   EXPECT_EQ(run.plot.RedepositionOn, 0);
   EXPECT_EQ(run.model.directives.RectoOnly, 1);
+}
+
+TEST_F(Driver, ForcedRectoSidesStayForTheModelsReadLater) {
+  LoadAndRun(90);
+  LoadAndRun(19);
+  EXPECT_EQ(run.model.directives.RectoOnly, 1);
+  LoadAndRun(90);
+  EXPECT_EQ(dialogs.boxes.size(), 1U) << "told once";
+  text.directives = "recto 0";
+  LoadAndRun(19);
+  EXPECT_EQ(run.model.directives.RectoOnly, 0);
+  text.directives = "";
+  LoadAndRun(19);
+  EXPECT_EQ(run.model.directives.RectoOnly, 0) << "the line has ended it";
+  EXPECT_EQ(dialogs.boxes.size(), 1U);
+}
+
+TEST_F(Driver, ShadowsOfTheRunBeforeAreTakenOver) {
+  LoadAndRun(20);
+  const double flag = Data(3, 2, 2, 20);
+  const double distance = Data(3, 2, 2, 18);
+  ASSERT_GT(flag, 0);
+  text.directives = "NotHidden 2";
+  text.primitives[1] = "silver\tPlate_1 rect size 1 1 cells 4 4 R X 180 T 50 0 2";  // no longer in the way
+  LoadAndRun(20);
+  EXPECT_EQ(Data(3, 2, 2, 20), flag);
+  EXPECT_EQ(Data(3, 2, 2, 18), distance);
+  EXPECT_EQ(run.record.ShadowStatusText, "WARNING: Process with shadow flags from the previous run");
+  // Flags of other cells are of no use: they are computed.
+  text.primitives[2] = "gold\tPlate_2 rect size 2 2 cells 5 4 R X 180 T 0 0 2.9";
+  LoadAndRun(20);
+  EXPECT_EQ(Data(3, 2, 2, 20), 0);
 }
 
 TEST_F(Driver, CleaningFindsTheRectoSidesForced) {

@@ -15,8 +15,8 @@ namespace orv::testing {
 // A model of a few lines with its arrays sized as a run sizes them.
 class GeometryModel {
  public:
-  explicit GeometryModel(const std::vector<std::string>& lines, double plotOptionC = 0)
-      : prompt(dialogs), reader(prompt, Locale{}), count_(static_cast<int>(lines.size())), plotOptionC_(plotOptionC) {
+  explicit GeometryModel(const std::vector<std::string>& lines, double plotOptionC = 0, const Locale& locale = {})
+      : prompt(dialogs), reader(prompt, locale), count_(static_cast<int>(lines.size())), plotOptionC_(plotOptionC) {
     table.Size({Bounds{0, count_ + 10}, Bounds{1, 11}});
     for (int row = 1; row <= count_; ++row) table(row, kSpecColumn) = lines[static_cast<std::size_t>(row - 1)];
     names.resize(static_cast<std::size_t>(count_) + 11);

@@ -218,6 +218,17 @@ TEST(Rebuild, TheAngleHasTwoDecimals) {
   EXPECT_NEAR(model.Data(1, 1, 1, 2), 1.5 * std::sin(DegToRad(30.13)), 1e-14);
 }
 
+TEST(Rebuild, TheAngleIsTheSameUnderEveryLocale) {
+  const std::vector<std::string> lines = {"rect size 1 1 cells 1 1 t 1 0 0 a z t 1 0 0"};
+  GeometryModel point(lines);
+  GeometryModel dotOfThousands(lines, 0, Locale{",", "."});
+  point.Build().Rebuild(22.5);
+  dotOfThousands.Build().Rebuild(22.5);
+  EXPECT_GT(point.Centre(1, 1, 1)(2), 0.1);
+  EXPECT_EQ(dotOfThousands.Centre(1, 1, 1).element, point.Centre(1, 1, 1).element);
+  EXPECT_TRUE(dotOfThousands.dialogs.log.empty());
+}
+
 TEST(Rebuild, AnotherItemBehindTheAxisDoesNotComply) {
   GeometryModel model({"Wing rect 2 1 cells 2 1 T 1 0 0 A Z A X 10"});
   model.Build();
@@ -286,11 +297,13 @@ TEST(Rebuild, AnEmptyListBuildsNothing) {
 
 TEST(Rebuild, EqualsAModelWithTheRotationTyped) {
   const char* const shapes[] = {"rect 2 1 cells 3 2",        "sph 1 2 1 cells 8 4",
+                                "sph 0.3 0.6 1 cells 4 5",  // its top row has corners that its formula leaves alone
                                 "con 1 2 0.5 cells 6 3",     "rect2sides 0 1 0 2 1.5 1.2 0.1 cells 4 4",
                                 "cylshape4 1 2 1 cells 9 2", "cylellipse 1 2 1 0.5 cells 8 2"};
   for (const char* shape : shapes) {
     GeometryModel turning({std::string("A ") + shape + " T 1 2 3 Automatic Y R Z 25"});
     turning.Build();
+    turning.Rebuild(12.5);
     turning.Rebuild(-77.25);
     GeometryModel typed({std::string("A ") + shape + " T 1 2 3 R Y -77.25 R Z 25"});
     typed.Build();

@@ -174,7 +174,7 @@ TEST(Placement, TransformsReachEveryCellOfABrokenSizedArray) {
   GeometryModel model({"A rect 4 4 cells 4 4"});
   model.Build();
   GeometryCall call(model.Input(), model.names, model.cells, model.state, model.reader);
-  model.dialogs.answers = {Answer::Ignore};
+  model.dialogs.answers = std::deque<Answer>(100, Answer::Retry);
   model.cells.CellCorners.Size(11, 2, 4, 12);
   TranslatePrimitive(call, 1, 1, 0, 0);
   EXPECT_EQ(model.Data(1, 4, 4, 1), -0.5);

@@ -456,6 +456,7 @@ TEST(RayTracing, WhatLiesOutsideOfTheArraysIsToldOnceAndLeftOut) {
   many.input.NumberOfPrimitives = 4;  // of 3
   many.input.numberPrimWithVolumic = 5;
   many.SetCounts(3, 7, 1);  // of 5
+  many.dialogs.answers = std::deque<Answer>(100, Answer::Retry);
   many.Run();
   EXPECT_EQ(many.Flag(3), 2.001);
   EXPECT_EQ(many.Flag(3, 5), 0);

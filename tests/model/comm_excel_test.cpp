@@ -712,6 +712,7 @@ TEST(CommExcel, TheWordDemoInTheKeywordBoxAsksForTheSample) {
   desk.session.MainKeyword = " Demo ";
   EXPECT_EQ(desk.Read(), CommExcel::Outcome::PlotFile);
   EXPECT_EQ(desk.session.SourceMode, 1);
+  EXPECT_EQ(desk.session.ExcelState, 1) << "the watch rests, as after the command for the sample";
   EXPECT_EQ(desk.sheet.attachCount, 0);
 }
 

@@ -339,6 +339,7 @@ TEST_F(MaterialsTest, SevenAndEightRowsOfTheFirstGasRunIntoTheSecond) {
 }
 
 TEST_F(MaterialsTest, TheSeventhRowOfTheSecondGasRunsPastTheTable) {
+  dialogs.answers = {Answer::Retry, Answer::Ignore};
   std::vector<std::string> rows;
   for (int k = 1; k <= 7; ++k) rows.push_back("Xe++\tsilver\t" + std::to_string(k) + "01\t2\t3\t4\t5");
   Read({"silver\t1\t2"}, {}, rows);
@@ -347,13 +348,13 @@ TEST_F(MaterialsTest, TheSeventhRowOfTheSecondGasRunsPastTheTable) {
   EXPECT_EQ(Number(1, 74), 601);
   EXPECT_EQ(Number(1, 79), 701);
   EXPECT_EQ(Number(1, 80), 2);
-  EXPECT_EQ(dialogs.Count("Error fautea_SpaceApplicationDataBaseMATERIALS "), 3);
+  EXPECT_EQ(dialogs.Count("Error fautea_SpaceApplicationDataBaseMATERIALS "), 2) << "of three fields";
   ASSERT_GE(dialogs.boxes.size(), 2U);
   EXPECT_EQ(dialogs.boxes[0].text, "Error fautea_SpaceApplicationDataBaseMATERIALS ");
   EXPECT_EQ(dialogs.boxes[1].text, "Subscript out of range");
   EXPECT_EQ(dialogs.boxes[1].title, "Error fautea_SpaceApplicationDataBaseMATERIALS");
   EXPECT_EQ(dialogs.boxes[1].buttons, Buttons::AbortRetryIgnore);
-  EXPECT_EQ(dialogs.Count("Subscript out of range"), 1);  // ignored once, silent in this call
+  EXPECT_EQ(dialogs.Count("Subscript out of range"), 2);
 }
 
 TEST_F(MaterialsTest, TablesInCellsTakeTheFirstRecord) {

@@ -192,6 +192,14 @@ TEST(IsPlotFile, LooksAtTheFirstWord) {
   }
 }
 
+TEST_F(PlotFile, IsToldByTheStartOfAFile) {
+  EXPECT_TRUE(HoldsPlot(Put(HeaderOf("=MAX(A2:C60)") + std::string(10'000, ' '))));
+  EXPECT_FALSE(HoldsPlot(Put("1\t2\t3")));
+  EXPECT_FALSE(HoldsPlot(Put("")));
+  EXPECT_FALSE(HoldsPlot(Name("absent.txt")));
+  EXPECT_FALSE(HoldsPlot(TextOf(folder_)));
+}
+
 // --- lines of a file
 
 class PlotFileLinesOf : public PlotFile {
@@ -414,12 +422,14 @@ TEST_F(PlotFile, AScaleSwitchesTheEarthOnAndWithASecondRangeTheTime) {
   Read(HeaderOf("=MAX(A2:C4)", "2") + "1\t2\t3\n");
   EXPECT_TRUE(lists.EarthOn);
   EXPECT_FALSE(lists.TimePlot);
-  for (const char* options : {"PENUP", "valx", ""}) {
+  for (const char* options : {"valx", ""}) {
     Read(HeaderOf("=MAX(A2:C4)+MAX(D2:D4)", "2", options) + "1\t2\t3\t4\n");
     EXPECT_TRUE(lists.EarthOn && lists.TimePlot) << options;
     Read(HeaderOf("=MAX(A2:C4)+MAX(D2:D4)", "1", options) + "1\t2\t3\t4\n");
     EXPECT_FALSE(lists.EarthOn || lists.TimePlot) << options;
   }
+  Read(HeaderOf("=MAX(A2:C4)+MAX(D2:D4)", "2", "PENUP") + "1\t2\t3\t4\n");
+  EXPECT_FALSE(lists.EarthOn || lists.TimePlot) << "outlines are no orbit";
 }
 
 TEST_F(PlotFile, ScaleOfNothingIsOne) {

@@ -184,8 +184,9 @@ class RewriteTest : public ::testing::Test {
     rest.erase(0, rest.find_first_not_of(' '));
     ReadAutomaticRotation(rest, rotation);
     rotation.RotationAngle = angle;
-    return RewriteTailForRotation(tail, rotation, "line", "name", prompt);
+    return RewriteTailForRotation(tail, rotation, "line", "name", prompt, locale);
   }
+  Locale locale;
   testing::ScriptedDialogs dialogs;
   ErrorPrompt prompt{dialogs};
 };
@@ -195,6 +196,17 @@ TEST_F(RewriteTest, PutsTheRotationBeforeTheThirdItem) {
   EXPECT_EQ(Rewrite("t 0 1 2 automatic r z t 1 0 0", -7.5), "t 0 1 2     R Z -7.5      t 1 0 0");
   EXPECT_EQ(Rewrite("t 0 1 2 a z t 1 0 0", 0.25), "t 0 1 2     R Z 0.25      t 1 0 0");
   EXPECT_TRUE(dialogs.boxes.empty());
+}
+
+TEST_F(RewriteTest, TheAngleReadsTheSameWhereTheDotSeparatesThousands) {
+  locale = {",", "."};
+  EXPECT_EQ(Rewrite("t 0 1 2 automatic r z t 1 0 0", -7.25), "t 0 1 2     R Z -725E-2      t 1 0 0");
+  EXPECT_EQ(Rewrite("a z t 1 0 0", 20), "    R Z 20      t 1 0 0");
+  CellText reader(prompt, locale);
+  EXPECT_EQ(reader.ReadNumber("-725E-2"), -7.25);
+  EXPECT_EQ(reader.ReadNumber(TextForAnyLocale("0.25", locale)), 0.25);
+  EXPECT_EQ(TextForAnyLocale("22.5", {".", ","}), "22.5");
+  EXPECT_TRUE(dialogs.log.empty());
 }
 
 TEST_F(RewriteTest, TakesTheFirstCharacterOfTheAxisWhole) {

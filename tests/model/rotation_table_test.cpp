@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "numerics/text.h"
 #include "support/scripted_dialogs.h"
 
 namespace orv::testing {
@@ -92,6 +93,25 @@ TEST_F(RotationTable, TheDefaultTextReadsBackAsTheSameTable) {
     EXPECT_EQ(again(k, 1), table(k, 1));
     EXPECT_EQ(again(k, 2), table(k, 2));
   }
+}
+
+// The locale reads what the user has typed; the program's own table has points everywhere.
+TEST_F(RotationTable, TheDefaultTextReadsBackWhereTheDotSeparatesThousands) {
+  CellText german(prompt, Locale{",", "."});
+  ReadRotPercentTable(cells, 5, 2, column, table, german);
+  cells(2, 3) = " " + Trim(cells(2, 3));
+  Array<double, 2> again;
+  int place = 3;
+  ReadRotPercentTable(cells, 5, 2, place, again, german);
+  EXPECT_EQ(again(-1, 2), 36);
+  EXPECT_EQ(again(2, 1), 10);
+  EXPECT_EQ(again(36, 2), 1.0 / 36);
+  EXPECT_TRUE(dialogs.boxes.empty());
+  EXPECT_TRUE(dialogs.log.empty());
+  cells(2, 3) = "Shift 2,5 Rot% 0 0,25 | 22.5 0,5; 270 0,25";
+  ReadRotPercentTable(cells, 5, 2, place, again, german);
+  EXPECT_EQ(again(-1, 1), 2.5);
+  EXPECT_EQ(again(2, 1), 225);
 }
 
 TEST_F(RotationTable, NoRotatingPrimitiveLeavesTheDefaultInForceAndTheModelAlone) {

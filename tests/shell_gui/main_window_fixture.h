@@ -35,6 +35,9 @@ class MainWindowTest : public ::testing::Test {
   }
   void TearDown() override { End(); }
 
+  // What the window takes for the running spreadsheet.
+  virtual Spreadsheet& Link() { return sheet_; }
+
   void Begin() {
     std::string warning;
     settings_ = std::make_unique<FileSettings>((folder_.path() / "settings").string(), warning);
@@ -45,7 +48,7 @@ class MainWindowTest : public ::testing::Test {
     run_ = std::make_unique<RunContext>(*prompt_, *reader_, *settings_, clock_, settings_->OutputFolder());
     run_->record.CaseText = "test";
     window_ = std::make_unique<frmMain>(WindowServices{
-        *run_, *settings_, *dialogs_, *warnings_, settings_->OutputFolder(), "/usr/bin/true", sheet_, "", nullptr});
+        *run_, *settings_, *dialogs_, *warnings_, settings_->OutputFolder(), "/usr/bin/true", Link(), "", nullptr});
     dialogs_->SetWindow(window_.get());
     // A session after others: the question about the spreadsheet has been asked, and there is a last plot.
     window_->Source().Session().attachFailures = 1;

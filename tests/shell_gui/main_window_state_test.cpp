@@ -83,7 +83,7 @@ TEST_F(MainWindowTest, TheBarsMoveThePlot) {
   Find<QScrollBar>("HScroll4")->setValue(100);
   EXPECT_NEAR(window_->Scene().CURRINDEXMINI(), run_->lists.NumberPoints * 0.1, 1);
   Find<QScrollBar>("HScroll2")->setValue(5);
-  EXPECT_EQ(Find<QLabel>("Text2")->text(), "Redraw speed 5");
+  EXPECT_EQ(Find<QLabel>("Text2")->text(), "Redraw speed5");
 }
 
 TEST_F(MainWindowTest, FrozenStartAndReset) {

@@ -31,7 +31,7 @@ int InkOf(const QImage& image) {
 }
 
 const std::vector<std::string> kOtherKeys{"dolly", "orbit",  "pitch", "yaw",      "roll",
-                                          "move",  "rotate", "scale", "arcrotate"};
+                                          "move",  "rotate", "scale", "arcrotate", "demo"};
 
 TEST(ToolIconsTest, EachKeyHasAPictureOfItsOwn) {
   std::vector<QImage> seen;

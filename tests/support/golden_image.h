@@ -89,13 +89,12 @@ inline Image DifferenceImage(const Image& golden, const Image& actual, int chann
   return DifferenceImage(golden, DifferentPixels(golden, actual, {channel}));
 }
 
-// Success when the picture is the golden one of that name, up to the tolerance. A failure leaves the picture and the
-// difference in the folder golden_failures of the working folder. ORV_UPDATE_GOLDEN=1 keeps the picture as the golden
-// one.
-inline ::testing::AssertionResult MatchesGolden(const std::string& name, const Image& actual,
-                                                const GoldenTolerance& tolerance = {}) {
+// Success when the picture is the one of that file, up to the tolerance. A failure leaves the picture and the
+// difference in the folder golden_failures of the working folder. ORV_UPDATE_GOLDEN=1 writes the picture into the file.
+inline ::testing::AssertionResult MatchesFile(const std::string& file, const Image& actual,
+                                              const GoldenTolerance& tolerance = {}) {
   if (actual.width <= 0 || actual.height <= 0) return ::testing::AssertionFailure() << "there is no picture";
-  const std::string file = GoldenName(name);
+  const std::string name = TextOf(PathOf(file).stem());
   if (const char* update = std::getenv("ORV_UPDATE_GOLDEN"); update != nullptr && std::string(update) == "1") {
     const std::string message = WritePng(file, actual);
     if (!message.empty()) return ::testing::AssertionFailure() << message;
@@ -120,6 +119,12 @@ inline ::testing::AssertionResult MatchesGolden(const std::string& name, const I
   const std::string message = WritePng(drawn, DifferenceImage(golden, different));
   return fail(std::to_string(count) + " of " + std::to_string(different.size()) + " pixels differ from " + file)
          << "\n  difference: " << (message.empty() ? drawn : message);
+}
+
+// The same with the golden picture of that name.
+inline ::testing::AssertionResult MatchesGolden(const std::string& name, const Image& actual,
+                                                const GoldenTolerance& tolerance = {}) {
+  return MatchesFile(GoldenName(name), actual, tolerance);
 }
 
 }  // namespace orv::testing

@@ -1,5 +1,6 @@
 #include <set>
 
+#include "shell/settings_store.h"
 #include "support/golden_image.h"
 #include "system/program_run.h"
 #include "view/image_file.h"
@@ -69,6 +70,60 @@ TEST_F(PictureTest, APictureThatCannotBeWrittenIsTold) {
   EXPECT_EQ(Run(Example("telecom_satellite.xlsx"), {"--image", File("file/a.png"), "--size", "64x48"}), kExitOutput);
   EXPECT_TRUE(ErrHas(File("file/a.png"))) << err;
   EXPECT_TRUE(OutHas("Density")) << "the results of the run are there all the same";
+}
+
+// Satellite, planets and their pictures come from the same settings as in the window.
+TEST_F(PictureTest, TakesTheSettingsOfTheOptionsFrame) {
+  const auto draw = [&](const std::string& file) {
+    EXPECT_EQ(Program({"show", Example("range_plots.xlsx"), "--spec", "=MAX(A24:O114)", "--settings", File("set"),
+                       "--image", File(file), "--size", "200x150"}),
+              kExitDone)
+        << err;
+    return Png(file);
+  };
+  const auto store = [&](const std::string& key, const std::string& value) {
+    std::string warning;
+    FileSettings(File("set"), warning).Write(std::string(kSectionUse), key, value);
+  };
+  const Image plain = draw("plain.png");
+  store("Setstr04.00", "1");
+  const Image satellite = draw("satellite.png");
+  EXPECT_NE(satellite, plain);
+  store("Setstr03.00", "3000");
+  EXPECT_NE(draw("large.png"), satellite);
+  store("Setstr00.00", "absent.jpg");
+  draw("bare.png");
+  EXPECT_TRUE(ErrHas("absent.jpg") || OutHas("absent.jpg")) << out << err;
+}
+
+TEST_F(PictureTest, LevelLinesAreWritten) {
+  const std::string model = Example("primitive_gallery.xlsx");
+  const std::vector<std::string> files = {"--level-lines", File("new/lines.png"), "--level-lines", File("lines.svg"),
+                                          "--size", "400x300"};
+  const auto run = [&](std::vector<std::string> more) {
+    more.insert(more.end(), files.begin(), files.end());
+    return Run(model, more);
+  };
+  ASSERT_EQ(run({"--options", "L 1"}), kExitDone) << err;
+  EXPECT_TRUE(OutHas("Level lines " + File("lines.svg")));
+  const Image image = Png("new/lines.png");
+  EXPECT_EQ(image.width, 400);
+  EXPECT_GT(Colours(image), 3U);
+  const std::string drawing = ReadWhole(File("lines.svg"));
+  EXPECT_TRUE(drawing.starts_with("<?xml") || drawing.starts_with("<svg")) << drawing.substr(0, 80);
+  EXPECT_NE(drawing.find("</svg>"), std::string::npos);
+  std::filesystem::remove_all(File("new"));
+
+  EXPECT_EQ(run({"--options", "L 99", "--quiet"}), kExitOutput);
+  EXPECT_TRUE(ErrHas("there is no primitive 99")) << err;
+  EXPECT_EQ(run({"--quiet"}), kExitOutput);
+  EXPECT_TRUE(ErrHas("L n")) << err;
+  EXPECT_FALSE(std::filesystem::exists(File("new")));
+
+  EXPECT_EQ(Run(model, {"--options", "L 99"}), kExitDone) << "no file was asked for";
+  EXPECT_TRUE(ErrHas("there is no primitive 99") || OutHas("there is no primitive 99")) << out << err;
+  EXPECT_EQ(Run(model, {"--options", "L 1", "--level-lines", File("lines.pdf")}), kExitUsage);
+  EXPECT_TRUE(ErrHas(".svg")) << err;
 }
 
 TEST_F(PictureTest, APlotFileIsShown) {

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "support/recorded_scene.h"
+#include "view/plot_texts.h"
 
 namespace orv {
 namespace {
@@ -518,6 +519,34 @@ TEST(ClassGl, TheGridComesWithItsOption) {
   EXPECT_EQ(s.control.Recording().PrimitivesOf(GL_LINES).size(), plain + 1);
 }
 
+TEST(ClassGl, ANewBackgroundFillsThePictureThatShowsItFirst) {
+  RecordedScene s;
+  s.AddSquare(0, 0);
+  s.Start();
+  s.Paint();
+  const auto clears = [&] {
+    std::vector<std::size_t> places;
+    const std::vector<GlCall>& calls = s.control.Recording().Calls();
+    for (std::size_t k = 0; k < calls.size(); ++k) {
+      if (calls[k].operation == GlOperation::Clear && (calls[k].names[0] & GL_COLOR_BUFFER_BIT) != 0) {
+        places.push_back(k);
+      }
+    }
+    return places;
+  };
+  EXPECT_THAT(clears(), SizeIs(1)) << "the control alone";
+  s.view.options.ColourOfBackGround = {255, 128, 0};
+  s.Paint();
+  ASSERT_THAT(clears(), SizeIs(2));
+  const GlCall& colour = s.control.Recording().Calls()[clears()[1] - 1];
+  EXPECT_EQ(colour.operation, GlOperation::ClearColor);
+  EXPECT_THAT(colour.values, ElementsAre(255 / 256.0, 0.5, 0, 1));
+  EXPECT_LT(clears()[1], s.control.places.front().callsBefore) << "before anything is drawn";
+  EXPECT_EQ(s.control.RedrawRequests(), 0) << "no second paint";
+  s.Paint();
+  EXPECT_THAT(clears(), SizeIs(1));
+}
+
 // Texts of a plot.
 
 TEST(ClassGl, TheDateStandsInTheCornerAndAtTheMovingPoint) {
@@ -545,6 +574,26 @@ TEST(ClassGl, TheDateStandsInTheCornerAndAtTheMovingPoint) {
   EXPECT_FALSE(s.control.HasOverlayText(date));
 }
 
+TEST(ClassGl, TheLegendEndsAboveTheTextsInTheCorner) {
+  RecordedScene s;
+  s.AddPoint(36526.5, 0, 0, 0);
+  s.AddPoint(36527.5, 5, 0, 0);
+  s.lists.TimePlot = true;
+  s.lists.ValueCount = 1;
+  s.Start();
+  int previous = 0;
+  s.scene->ChangeCURRINDEXI(1, previous);
+  s.Paint();
+  const double corner = s.control.Height() / s.control.DeviceRatio() - CornerTextHeight(s.lists, s.view);
+  EXPECT_EQ(CornerTextHeight(s.lists, s.view), 36);
+  double lowest = 0;
+  for (const OverlaySquare& square : s.control.OverlaySquares()) {
+    lowest = std::max(lowest, square.line + square.height);
+  }
+  EXPECT_GT(lowest, corner / 2);
+  EXPECT_LE(lowest, corner);
+}
+
 TEST(ClassGl, TheOriginIsTenCharactersANumber) {
   RecordedScene s;
   s.AddPoint(0, 0, 0, 0);
@@ -557,6 +606,7 @@ TEST(ClassGl, TheOriginIsTenCharactersANumber) {
   }
   ASSERT_NE(origin, nullptr);
   EXPECT_EQ(origin->text.size(), 39U);  // three times ten and " , "
+  EXPECT_EQ(origin->colour, OptionColour(s.view.options.ColourOfAxisLabels));
   for (std::size_t number = 0; number < 3; ++number) {
     EXPECT_EQ(std::stod(origin->text.substr(13 * number, 10)), 0);
     EXPECT_EQ(origin->text.substr(13 * number + 10, 3), " , ");

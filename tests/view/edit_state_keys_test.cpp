@@ -128,6 +128,24 @@ TEST_F(EditStateTest, ACameraOnAnAxisOrAtTheOrigin) {
   ExpectPosition({0, 0, 100});
 }
 
+TEST_F(EditStateTest, NearThePoleUpAndDownTakeTheSideOfXAlone) {
+  // cos b (1 - 0.01^2)^0.5 + 0.01 s, where s is x / 100, but 1 / 100 for an x up to 1.
+  const double cStep = std::sqrt(1 - 1e-4);
+  for (const double x : {0.5, -0.5, 1.0, -1.0, 1.5, -1.5}) {
+    for (const int key : {38, 40}) {
+      SCOPED_TRACE(std::to_string(x) + " " + std::to_string(key));
+      const double z = std::sqrt(1e4 - x * x);
+      const double reach = std::abs(x) > 1 ? x : std::copysign(1.0, x);
+      const double n = std::min(1.0, z / 100 * cStep + (key == 38 ? 0.01 : -0.01) * reach / 100);
+      Stand({x, 0, z});
+      Key(key);
+      double across = 0;
+      noSteps(x, std::copysign(100 * std::sqrt(1 - n * n), x), "x", across);
+      ExpectPosition({across, 0, 100 * n}, 1e-6);
+    }
+  }
+}
+
 TEST_F(EditStateTest, XYZPutTheCameraAtTheOrigin) {
   const std::vector<std::pair<int, Vec3>> keys = {{'z', {0, 0, 10}}, {'x', {1, 0, 0}}, {'y', {0, 1, 0}}};
   for (const auto& [key, up] : keys) {

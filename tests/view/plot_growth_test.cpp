@@ -236,6 +236,20 @@ TEST(PlotGrowth, TheWatchRunsInteractivelyOnEveryOtherStep) {
   EXPECT_EQ(watches, 2) << "of the steps with 5 and 10 ticks only the first";
 }
 
+TEST(PlotGrowth, AWantedWatchRunsWithoutTheOption) {
+  GrowingSheet s(true);
+  bool wanted = true;
+  int watches = 0;
+  TimerWork work;
+  work.watchWanted = [&] { return wanted; };
+  work.watch = [&] { ++watches; };
+  for (int i = 0; i < 4; ++i) s.WorkingTick(work);
+  EXPECT_EQ(watches, 2);
+  wanted = false;
+  for (int i = 0; i < 4; ++i) s.WorkingTick(work);
+  EXPECT_EQ(watches, 2);
+}
+
 TEST(PlotGrowth, ABusyLinkEndsTheTick) {
   GrowingSheet s(true);
   s.view.options.Interactive = 1;

@@ -96,6 +96,36 @@ TEST(TurnPlayback, TurnsPointsAndOutlinesAndComesBack) {
   EXPECT_EQ(lists.PointList(0, 1), 0.5F);
 }
 
+// Plots that have no values of the steps, such as the incidence, turn all the same.
+TEST(TurnPlayback, WithoutValuesOnlyTheGeometryTurns) {
+  for (const double plot : {5.0, 19.0, 90.0}) {
+    PointLists lists = Turning();
+    lists.IndexPlot = plot;
+    lists.rotation.hasValues = false;
+    const float x = lists.PointList(1, 1);
+    const float y = lists.PointList(2, 1);
+    const float cornerX = lists.TraceList(0, 7);
+    TurnPlayback playback;
+    int mode = kVariableData;
+    EXPECT_FALSE(playback.Due(lists, mode, 1, 5));
+    EXPECT_FALSE(playback.Advance(lists, mode, 1, 5));
+    EXPECT_EQ(lists.PointList(1, 1), x);
+    mode = kTurnWithData;
+    EXPECT_TRUE(playback.Due(lists, mode, 1, 5));
+    EXPECT_TRUE(playback.Advance(lists, mode, 1, 5));
+    EXPECT_EQ(lists.PointList(1, 1), -y);
+    EXPECT_NE(lists.TraceList(0, 7), cornerX);
+    EXPECT_EQ(lists.PointList(0, 1), 0.5F);
+    EXPECT_EQ(lists.legend.LegendMax, 5e15);
+    mode = kVariableData;
+    EXPECT_TRUE(playback.Due(lists, mode, 1, 5.5));
+    EXPECT_TRUE(playback.Advance(lists, mode, 1, 5.5));
+    EXPECT_EQ(lists.PointList(1, 1), x);
+    EXPECT_EQ(lists.TraceList(0, 7), cornerX);
+    EXPECT_FALSE(playback.Due(lists, mode, 1, 5.6));
+  }
+}
+
 TEST(TurnPlayback, WithoutATurnNothingHappens) {
   PointLists lists;
   FillSheet(lists, 1, 2);

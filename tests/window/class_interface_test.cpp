@@ -55,6 +55,24 @@ TEST_F(ClassInterfaceTest, TheEndOfTheLastRowBeginsNoFurtherPoint) {
   EXPECT_EQ(lists.NumberPoints, kNoEntry);
 }
 
+TEST_F(ClassInterfaceTest, TextsThatAreNotUtf8AreReadAsWindowsDoes) {
+  other.InterFaceXls("caf\xe9", 0);
+  EXPECT_EQ(other.Selection(), "café");
+  other.GlrayonXls("\xa0" "1\t\xa0" "2\xa0\t3", 1);
+  EXPECT_EQ(lists.NumberPoints, 0);
+  EXPECT_EQ(Point(1, 0), 1);
+  EXPECT_EQ(Point(2, 0), 2);
+  EXPECT_EQ(lists.Title, "café");
+  other.GlrayonXlsT("\xa0" "7", 0);
+  EXPECT_EQ(Point(0, 0), 7);
+  other.GlEventsXls("1\tS\xa0", 1);
+  EXPECT_EQ(lists.EventList(1, 0), 1);
+  EXPECT_TRUE(dialogs.boxes.empty());
+  const std::string longest(kInterfaceCharacters, '\xe9');
+  other.GlrayonXls(longest, 1);
+  EXPECT_TRUE(dialogs.boxes.empty()) << "characters count, not bytes";
+}
+
 TEST_F(ClassInterfaceTest, AFactorOfZeroLeavesThePoints) {
   other.GlrayonXls("1\t2\t3", 5);
   Normalise();

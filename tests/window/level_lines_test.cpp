@@ -20,6 +20,10 @@ class LevelLinesTest : public RunFixture {
     return content.str();
   }
 
+  static auto On(DrawingSurface& target) {
+    return [&target](const LevelLineInput& input) { return PlotLevelLines(input, target); };
+  }
+
   RecordingSurface surface{640, 480};
   std::string errorText_ = "before";
 };
@@ -27,13 +31,13 @@ class LevelLinesTest : public RunFixture {
 TEST_F(LevelLinesTest, DrawsThePrimitiveOfTheOption) {
   LoadAndRun(9, "L 2");
   dialogs.statuses.clear();
-  EXPECT_TRUE(DrawLevelLines(run, surface));
+  EXPECT_TRUE(DrawLevelLines(run, On(surface)));
   EXPECT_EQ(surface.strokes.size(), 21U);
   EXPECT_TRUE(surface.Has("IncidenceOnElem (deg)"));
   EXPECT_TRUE(dialogs.statuses.empty());
   ASSERT_TRUE(Replot(1));
   RecordingSurface second(640, 480);
-  EXPECT_TRUE(DrawLevelLines(run, second));
+  EXPECT_TRUE(DrawLevelLines(run, On(second)));
   EXPECT_TRUE(second.Has("X (m)"));
   EXPECT_EQ(second.strokes.size(), 21U);
 }
@@ -41,9 +45,16 @@ TEST_F(LevelLinesTest, DrawsThePrimitiveOfTheOption) {
 TEST_F(LevelLinesTest, DrawsNothingUnasked) {
   LoadAndRun(13, "");
   dialogs.statuses.clear();
-  EXPECT_FALSE(DrawLevelLines(run, surface));
+  EXPECT_FALSE(DrawLevelLines(run, On(surface)));
   EXPECT_TRUE(surface.texts.empty());
   EXPECT_TRUE(dialogs.statuses.empty());
+}
+
+TEST_F(LevelLinesTest, OnlyAFinishedRunHasThem) {
+  LoadAndRun(9, "L 2");
+  run.record.finished = false;
+  EXPECT_FALSE(DrawLevelLines(run, On(surface)));
+  EXPECT_TRUE(surface.texts.empty());
 }
 
 TEST_F(LevelLinesTest, FaultsGoToStatusLineAndLog) {
@@ -60,7 +71,7 @@ TEST_F(LevelLinesTest, FaultsGoToStatusLineAndLog) {
     dialogs.log.clear();
     dialogs.boxes.clear();
     RecordingSurface frame(640, 480);
-    EXPECT_EQ(DrawLevelLines(run, frame), row.drawn);
+    EXPECT_EQ(DrawLevelLines(run, On(frame)), row.drawn);
     EXPECT_EQ(dialogs.statuses.back(), row.text);
     EXPECT_EQ(dialogs.log, (std::vector<std::string>{row.text}));
     EXPECT_TRUE(dialogs.boxes.empty());

@@ -114,7 +114,7 @@ TEST(MainControls, BearTheirTexts) {
   EXPECT_EQ(find("Command9").caption, "Reset");
   EXPECT_EQ(find("Command9").tip, "All scales in color; Try Shift+Click");
   EXPECT_EQ(find("Command6").caption, "Run Demo");
-  EXPECT_EQ(find("Text12").tip, "This is a memo for the warnings");
+  EXPECT_EQ(find("Text12").initial, "This is a memo for the warnings");
   EXPECT_EQ(find("StatusBar1").caption, "Re-Plots");
   EXPECT_EQ(find("StatusBar1").tip,
             "Re-plot other data,  with RIGHT or SHIFT show selection box to re-plot, with CTRL view RECTO side  then "

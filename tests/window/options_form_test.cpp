@@ -169,6 +169,24 @@ TEST_F(OptionsFrame, TraceBoxesActAtOnceAndAreNotStored) {
   EXPECT_EQ(settings.writes, 0);
 }
 
+TEST_F(OptionsFrame, OneBoxTellsTheAxisOfTheValues) {
+  options.Load();
+  EXPECT_EQ(options.ValueAxis(), 0);
+  for (const int axis : {1, 2, 3}) {
+    options.ShowValueAxis(axis);
+    EXPECT_EQ(options.ValueAxis(), axis);
+    for (int box = 0; box < 3; ++box) EXPECT_EQ(options.Ticked("Check8", box), box + 1 == axis) << axis;
+  }
+  options.Change("Check8", 0, "1");
+  EXPECT_EQ(options.ValueAxis(), 1);
+  EXPECT_FALSE(options.Ticked("Check8", 2));
+  options.Change("Check8", 0, "0");
+  EXPECT_EQ(options.ValueAxis(), 1) << "a click on the ticked box keeps it";
+  options.ShowValueAxis(0);
+  EXPECT_EQ(options.ValueAxis(), 0);
+  EXPECT_EQ(settings.writes, 0);
+}
+
 TEST_F(OptionsFrame, InteractiveFollowsBoxAndMenu) {
   options.Load();
   options.Change("Check1", 7, "1");
@@ -358,7 +376,7 @@ TEST_F(OptionsFrame, RefusesAControlItDoesNotHave) {
 TEST(OptionsTable, HasEveryControlOnceWithItsCaption) {
   std::set<std::string> names;
   for (const ControlEntry& entry : kOptionControls) EXPECT_TRUE(names.insert(ObjectName(entry)).second);
-  EXPECT_EQ(names.size(), 47U);
+  EXPECT_EQ(names.size(), 50U);
   const auto caption = [](const std::string& name) {
     for (const ControlEntry& entry : kOptionControls) {
       if (ObjectName(entry) == name) return std::string(entry.caption);
@@ -394,6 +412,9 @@ TEST(OptionsTable, HasEveryControlOnceWithItsCaption) {
                          Row{"Check3", "Satellite"},
                          Row{"Check4", "Solar panel"},
                          Row{"Check5", "Valz"},
+                         Row{"Check8(0)", "Bars valx"},
+                         Row{"Check8(1)", "Bars valy"},
+                         Row{"Check8(2)", "Bars valz"},
                          Row{"Check6", "Sat. Axis"},
                          Row{"Check2", "Ext Change colours"},
                          Row{"Check7", "white"},
@@ -401,6 +422,12 @@ TEST(OptionsTable, HasEveryControlOnceWithItsCaption) {
                          Row{"Command2", "Close"},
                          Row{"Command3", "Factory Settings"}}) {
     EXPECT_EQ(caption(row.name), row.caption) << row.name;
+  }
+  for (const ControlEntry& entry : kOptionControls) {
+    if (ObjectName(entry) != "Check1(7)") continue;
+    EXPECT_EQ(entry.tip,
+              "Interactivity with Excel : takes into account immediately the changes in the worksheet. Save you "
+              "worksheet before!");
   }
 }
 

@@ -21,7 +21,7 @@ class Controls : public WindowFixture {
 
 TEST_F(Controls, StartWithTheirTexts) {
   EXPECT_EQ(main.text3, "Redraw 1000");
-  EXPECT_EQ(main.text2, "Redraw speed 9");
+  EXPECT_EQ(main.text2, "Redraw speed9");
   EXPECT_EQ(main.text10, "Starting");
   EXPECT_EQ(view.STEPPT, 81);
   EXPECT_DOUBLE_EQ(view.AutoRotPeriod, 8.11);
@@ -76,15 +76,15 @@ TEST_F(Controls, HScroll4SetsTheStart) {
   ShowPlot();
   controls.ChangeHScroll4(250, true);
   EXPECT_EQ(scene.CURRINDEXMINI(), 100);
-  EXPECT_EQ(main.text10, "Starting 250");
+  EXPECT_EQ(main.text10, "Starting250");
   EXPECT_DOUBLE_EQ(view.startFraction, 0.25);
   scene.SetRedrawState(kFrozen);
   controls.ChangeHScroll4(800, false);
   EXPECT_EQ(scene.CURRINDEXMINI(), 100);
-  EXPECT_EQ(main.text10, "Starting 251");
+  EXPECT_EQ(main.text10, "Starting251");
   controls.ChangeHScroll4(0, true);
   EXPECT_EQ(scene.CURRINDEXMINI(), 0) << "the start of all plots can be reached again";
-  EXPECT_EQ(main.text10, "Starting 0");
+  EXPECT_EQ(main.text10, "Starting0");
 }
 
 TEST_F(Controls, BarsWithoutAPlotOnlyTell) {
@@ -93,7 +93,7 @@ TEST_F(Controls, BarsWithoutAPlotOnlyTell) {
   EXPECT_EQ(Index(), 0);
   EXPECT_EQ(scene.RedrawState(), kRunning);
   EXPECT_EQ(main.text3, "Redraw 500");
-  EXPECT_EQ(main.text10, "Starting 300");
+  EXPECT_EQ(main.text10, "Starting300");
 }
 
 TEST_F(Controls, APlotOfOnePointDividesNothing) {
@@ -103,14 +103,14 @@ TEST_F(Controls, APlotOfOnePointDividesNothing) {
   controls.ChangeHScroll1(500, false);
   EXPECT_EQ(main.text3, "Redraw 0");
   controls.FrozenStart(8);
-  EXPECT_EQ(main.text3, "Redraw Start 0");
+  EXPECT_EQ(main.text3, "Redraw Start0");
 }
 
 TEST_F(Controls, HScroll2SetsSpeedAndPeriod) {
   controls.ChangeHScroll2(3);
   EXPECT_EQ(view.STEPPT, 9);
   EXPECT_DOUBLE_EQ(view.AutoRotPeriod, 0.91);
-  EXPECT_EQ(main.text2, "Redraw speed 3");
+  EXPECT_EQ(main.text2, "Redraw speed3");
   controls.ChangeHScroll2(0);
   EXPECT_EQ(view.STEPPT, 0);
   EXPECT_DOUBLE_EQ(view.AutoRotPeriod, 0.01);
@@ -179,7 +179,7 @@ TEST_F(Controls, TheFirstMoveBehindCommand7SlowsThePlot) {
   controls.ChangeHScroll1(800, true);
   EXPECT_EQ(main.hscroll2.value, 7);
   EXPECT_EQ(view.STEPPT, 49);
-  EXPECT_EQ(main.text2, "Redraw speed 7");
+  EXPECT_EQ(main.text2, "Redraw speed7");
   controls.ChangeHScroll2(9);
   controls.ChangeHScroll1(700, true);
   EXPECT_EQ(main.hscroll2.value, 9) << "the first move only";
@@ -213,7 +213,7 @@ TEST_F(Controls, Command8CyclesThroughTheModes) {
   EXPECT_EQ(main.command8Tip, "Mean data only");
   EXPECT_EQ(main.hscroll2.maximum, 32);
   EXPECT_EQ(main.hscroll2.value, 9);
-  EXPECT_EQ(main.text2, "Redraw speed 9");
+  EXPECT_EQ(main.text2, "Redraw speed9");
   // The next click comes before the scene was rebuilt, then behind it.
   controls.ClickCommand8();
   EXPECT_EQ(view.AutoRotMode, kVariableData);
@@ -224,6 +224,41 @@ TEST_F(Controls, Command8CyclesThroughTheModes) {
   EXPECT_EQ(view.AutoRotMode, kVariableData);
 }
 
+TEST_F(Controls, TheReturnRestoresPlaceAndMeanAtTheNextPaint) {
+  ShowPlot();
+  AutoRotation& rotation = run.lists.rotation;
+  rotation.present = rotation.hasValues = true;
+  rotation.frames = 2;
+  rotation.values = {{0.5F}, {0.2F}, {0.9F}};
+  rotation.minimum = {0.5F, 0.1F, 0.9F};
+  rotation.maximum = {0.5F, 0.3F, 0.9F};
+  rotation.main.start = rotation.main.count = 1;
+  const Point3 place{run.lists.PointList(1, 1), run.lists.PointList(2, 1), run.lists.PointList(3, 1)};
+  rotation.main.positions = {{place}, {{-place[1], place[0], place[2]}}, {{-place[0], -place[1], place[2]}}};
+  run.lists.PlotLoaded = 1;
+  run.lists.PointList(0, 1) = 0.5F;
+  control.Attach(scene);
+  control.Paint(scene);
+  controls.NewPlot(true);
+  controls.ClickCommand8();
+  controls.ClickCommand8();
+  control.Paint(scene);
+  ASSERT_EQ(run.lists.PointList(1, 1), -place[1]);
+  ASSERT_NE(run.lists.PointList(0, 1), 0.5F);
+  controls.ClickCommand8();
+  EXPECT_EQ(view.AutoRotMode, kReturnFromTurn);
+  EXPECT_EQ(run.lists.PointList(1, 1), -place[1]) << "it waits for the paint";
+  control.Paint(scene);
+  EXPECT_EQ(view.AutoRotMode, kMeanData);
+  EXPECT_EQ(run.lists.PointList(1, 1), place[0]);
+  EXPECT_EQ(run.lists.PointList(2, 1), place[1]);
+  EXPECT_EQ(run.lists.PointList(4, 1), kPenUp);
+  EXPECT_EQ(run.lists.PointList(0, 1), 0.5F);
+  EXPECT_EQ(scene.Playback().AutoRotFrame(), 0);
+  controls.ClickCommand8();
+  EXPECT_EQ(main.command8Tip, "view variable data") << "and round again";
+}
+
 TEST_F(Controls, ANewPlotStartsWithItsMeanData) {
   controls.NewPlot(true);
   controls.ClickCommand8();
@@ -232,7 +267,7 @@ TEST_F(Controls, ANewPlotStartsWithItsMeanData) {
   EXPECT_FALSE(main.command8Enabled);
   EXPECT_EQ(main.hscroll2.maximum, 32);
   EXPECT_EQ(main.hscroll2.value, 9);
-  EXPECT_EQ(main.text2, "Redraw speed 9");
+  EXPECT_EQ(main.text2, "Redraw speed9");
   controls.ChangeHScroll2(20);
   controls.NewPlot(true);
   EXPECT_EQ(main.hscroll2.value, 20) << "the speed of growth is the user's";
@@ -257,7 +292,7 @@ TEST_F(Controls, FrozenStartEmptiesThePlotUntilTheUserMoves) {
   EXPECT_EQ(controls.FrozenStart(8), 17);
   EXPECT_TRUE(view.frozen);
   EXPECT_EQ(Index(), -1);
-  EXPECT_EQ(main.text3, "Redraw Start 501");
+  EXPECT_EQ(main.text3, "Redraw Start501");
   for (int tick = 0; tick < 20; ++tick) scene.TheUpdateTimer_ThatTime();
   EXPECT_EQ(Index(), -1);
   EXPECT_EQ(scene.RedrawState(), kFrozen);

@@ -426,7 +426,10 @@ TEST(SelectionControls, BearTheirTexts) {
   EXPECT_EQ(find("Check1").tip,
             "Select Log10 scales (with margins for zero or negative values  or  without if True is checked)");
   EXPECT_EQ(find("Check2").caption, "Avoid any margins for plotting zero or negative values");
+  EXPECT_EQ(kDirectiveNotice[0], "Special Features: Levels lines: L  primitive_n");
   EXPECT_EQ(kDirectiveNotice[1], "     Compatibility previous releases =15 or <37: C   rel_n");
+  EXPECT_EQ(kDirectiveNotice[2], "    Geometry :G     Formulations : F  special_n");
+  EXPECT_EQ(kDirectiveNotice[3], "     or ignore with space");
   EXPECT_EQ(ObjectName(kSelectionControls[3]), "Option1(2)");
   EXPECT_EQ(ObjectName(find("Combo2")), "Combo2");
 }

@@ -11,6 +11,8 @@
 #include "support/golden_image.h"
 #include "support/recorded_scene.h"
 #include "view/offscreen_control.h"
+#include "view/planets.h"
+#include "view/scene_bodies.h"
 
 // The example workbook of range plots, from its cells to the picture.
 namespace orv {
@@ -23,6 +25,7 @@ using testing::MatchesGolden;
 constexpr int kWidth = 320;
 constexpr int kHeight = 240;
 constexpr GoldenTolerance kDrawing{24, 0.002, 1};  // a curve covers few pixels
+constexpr GoldenTolerance kBodies{32, 0.01, 1};    // textures and light differ from system to system
 
 // Reads the specification of a cell and its ranges, as a plot of its own.
 struct ExamplePlot {
@@ -38,24 +41,46 @@ struct ExamplePlot {
     plot = ReadRangePlot(book, copy, reader, FixedClock({2031, 4, 5, 6, 7, 8}), narrow);
     if (plot) ReadPlotLines(plot->header, plot->lines, "example", lists, reader);
   }
-  // Without letters, which are not the subject.
-  Image Picture() {
-    view.options.Check1[1] = view.options.Check1[4] = view.options.Check1[5] = view.options.Check1[6] = 1;
-    view.ScaleMode = 5;
-    view.SidesMode = kBothSides;
-    view.options.ThicknessLinePlot = 3;
-    lists.Title.clear();
-    const OffscreenControl::Made made = OffscreenControl::Make({kWidth, kHeight, 1, 1});
-    if (!made.control) {
-      ADD_FAILURE() << made.message;
-      return {};
+  // The scene, painted once. Without letters, which are not the subject.
+  struct Stage {
+    explicit Stage(ExamplePlot& plot)
+        : made(OffscreenControl::Make({kWidth, kHeight, 1, 1})),
+          scene(*made.control, plot.lists, plot.view, plot.prompt, plot.clock, {}, &plot.bodies) {
+      plot.view.options.Check1[1] = plot.view.options.Check1[4] = plot.view.options.Check1[5] = 1;
+      plot.view.options.Check1[6] = 1;
+      plot.view.ScaleMode = 5;
+      plot.view.SidesMode = kBothSides;
+      plot.view.options.ThicknessLinePlot = 3;
+      plot.lists.Title.clear();
+      made.control->Attach(scene);
+      made.control->Paint(scene);
     }
-    ClassGl scene(*made.control, lists, view, prompt, clock);
-    made.control->Attach(scene);
-    made.control->Paint(scene);
-    scene.CameraSet("ISO", 0, 0);
-    made.control->Paint(scene);
-    return made.control->Picture();
+    Image Again() {
+      made.control->Paint(scene);
+      return made.control->Picture();
+    }
+    OffscreenControl::Made made;
+    ClassGl scene;
+  };
+  Image Picture() {
+    Stage stage(*this);
+    stage.scene.CameraSet("ISO", 0, 0);
+    return stage.Again();
+  }
+  // From the side of the Sun, `range` scene units from the middle to the upper edge: the central body in the middle
+  // and a large satellite on its way, or the satellite alone.
+  Image BodiesPicture(bool satellite) {
+    view.redrawFraction = 0.2;
+    view.options.SatelliteSize = satellite ? 64 : 900;
+    view.options.Check1[3] = 1;
+    Stage stage(*this);
+    Camera& camera = stage.made.control->Camera();
+    const Vec3 target = satellite ? PointShown(stage.scene, lists).place : Vec3{};
+    camera.SetUp({0, 0, 1});
+    camera.SetLookAt(target);
+    camera.SetPosition({target[0] + 60, target[1] - 80, target[2] + 40});
+    camera.SetSceneRange(satellite ? 0.4 : 9);
+    return stage.Again();
   }
 
   testing::ScriptedDialogs dialogs;
@@ -63,6 +88,7 @@ struct ExamplePlot {
   testing::HandClock clock;
   PointLists lists;
   ViewState view;
+  OrbitBodies bodies{prompt, ORV_SOURCE_DIR "/textures"};
   std::optional<RangePlot> plot;
 };
 
@@ -101,7 +127,8 @@ TEST(RangePlots, OfTheExampleLookAsTheyWereLookedAt) {
     ASSERT_TRUE(shown.plot);
     EXPECT_EQ(shown.plot->header.specification, example.specification);
     pictures[example.name] = shown.Picture();
-    EXPECT_TRUE(MatchesGolden(std::string("range_plot_") + example.name, pictures[example.name], kDrawing));
+    const GoldenTolerance& tolerance = shown.lists.EarthOn ? kBodies : kDrawing;
+    EXPECT_TRUE(MatchesGolden(std::string("range_plot_") + example.name, pictures[example.name], tolerance));
     EXPECT_TRUE(shown.dialogs.boxes.empty());
     EXPECT_TRUE(shown.dialogs.log.empty());
   }
@@ -114,6 +141,37 @@ TEST(RangePlots, OfTheExampleLookAsTheyWereLookedAt) {
           << unlike[a] << " and " << unlike[b];
     }
   }
+}
+
+// Those with an attitude: the satellite with its panels, and the body that it flies round, lit by the Sun.
+TEST(RangePlots, OfTheExampleShowTheBodies) {
+  std::map<std::string, Image> pictures;
+  for (const Example& example : kExamples) {
+    const std::string name = example.name;
+    const bool orbit = name == "11_columns" || name == "13_columns" || name == "15_columns" || name == "esa";
+    if (!orbit && name != "moon") continue;
+    SCOPED_TRACE(name);
+    for (const bool satellite : {false, true}) {
+      ExamplePlot shown("xlsx", example.sheet, example.cell);
+      ASSERT_TRUE(shown.plot);
+      const std::string picture = name + (satellite ? "_satellite" : "_bodies");
+      pictures[picture] = shown.BodiesPicture(satellite);
+      EXPECT_TRUE(MatchesGolden("range_plot_" + picture, pictures[picture], kBodies));
+      EXPECT_TRUE(shown.dialogs.log.empty()) << "the textures were read";
+    }
+  }
+  const auto unlike = [&](const std::string& a, const std::string& b) {
+    return DifferentShare(pictures.at(a), pictures.at(b), kBodies) > kBodies.share;
+  };
+  EXPECT_TRUE(unlike("11_columns_satellite", "13_columns_satellite")) << "the panels turn";
+  EXPECT_FALSE(unlike("13_columns_satellite", "15_columns_satellite")) << "angles of the second panel count backwards";
+  EXPECT_FALSE(unlike("11_columns_satellite", "esa_satellite")) << "one attitude, spelled in two ways";
+  EXPECT_GT(DifferentShare(pictures.at("15_columns_bodies"), pictures.at("moon_bodies"), kDrawing), kDrawing.share);
+
+  ExamplePlot other("xlsx", "Orbit", "A9");
+  for (float& angle : other.lists.PanelAngleList2.row(1)) angle = -angle;
+  EXPECT_GT(DifferentShare(other.BodiesPicture(true), pictures.at("15_columns_satellite"), kBodies), kBodies.share)
+      << "the second panel turns by itself";
 }
 
 TEST(RangePlots, OfBothFormatsHoldTheSame) {

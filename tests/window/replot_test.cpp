@@ -55,8 +55,11 @@ class StatusBar : public WindowFixture {
     replot.OpenSelection();
     ChooseNumber(plot);
     EXPECT_TRUE(form.GoPlot(main));
+    chosenPanel = main.panel;
     return replot.TakeSelection();
   }
+
+  std::string chosenPanel;  // the panel as the selection left it
 
  private:
   bool passed_ = false;
@@ -66,14 +69,24 @@ class StatusBar : public WindowFixture {
 // ---------------------------------------------------------------------------------------------
 
 TEST_F(StatusBar, BeforeAFinishedRunAnyClickIsAFullRun) {
-  for (const ClickKeys& keys : {kPlain, kRight, kShift}) {
+  for (const ClickKeys& keys : {kPlain, kRight, kShift, kCtrl, kAlt}) {
     run.plot.IndexPlotRequest = 9;
     EXPECT_EQ(replot.Click(keys), ReplotAction::FullRun);
     EXPECT_EQ(run.plot.IndexPlotRequest, 0);
     EXPECT_EQ(main.statusTag, "busy");
     replot.Ended(false);
     EXPECT_EQ(main.panel, "Re-Plots");
+    EXPECT_EQ(view.SidesMode, 1);
   }
+}
+
+TEST_F(StatusBar, CtrlStepsTheSidesOfOutlinesFromRanges) {
+  run.lists.PenUpMode = 1;
+  EXPECT_EQ(replot.Click(kCtrl), ReplotAction::None);
+  EXPECT_EQ(view.SidesMode, 2);
+  EXPECT_EQ(main.panel, "RECTO side");
+  EXPECT_EQ(main.statusTag, "");
+  EXPECT_EQ(replot.Click(kPlain), ReplotAction::FullRun) << "any other click reads the ranges anew";
 }
 
 TEST_F(StatusBar, RightShiftAndTheFirstClickShowTheSelection) {
@@ -110,6 +123,7 @@ TEST_F(StatusBar, EightEmptyButtonsShowTheSelection) {
 }
 
 TEST_F(StatusBar, TheBusyMarkKeepsClicksOutUntilTheRelease) {
+  FinishRun(13);
   EXPECT_EQ(replot.Click(kAlt), ReplotAction::None);
   EXPECT_EQ(main.statusTag, "busy") << "the mark alone";
   EXPECT_EQ(replot.Click(kPlain), ReplotAction::None);
@@ -117,7 +131,7 @@ TEST_F(StatusBar, TheBusyMarkKeepsClicksOutUntilTheRelease) {
   EXPECT_EQ(view.SidesMode, 1) << "a busy bar does not step the sides";
   replot.Release();
   EXPECT_EQ(main.statusTag, "");
-  EXPECT_EQ(replot.Click(kPlain), ReplotAction::FullRun);
+  EXPECT_EQ(replot.Click(kPlain), ReplotAction::ShowSelection);
 }
 
 TEST_F(StatusBar, TheMarkStaysWhileARunIsUnderWay) {
@@ -134,6 +148,7 @@ TEST_F(StatusBar, TheMarkStaysWhileARunIsUnderWay) {
 }
 
 TEST_F(StatusBar, CtrlStepsTheSidesAndNamesThem) {
+  FinishRun(13);
   const char* const names[] = {"RECTO side", "VERSO side", "Recto&Verso sides", "Recto&Verso dots", "R&V dots&borders"};
   for (int k = 0; k < 5; ++k) {
     EXPECT_EQ(replot.Click(kCtrl), ReplotAction::None);
@@ -293,17 +308,22 @@ TEST_F(StatusBar, AnExplicitChoiceGetsTheMessageAndIsShown) {
     double computed;
     int rotating;
     int plot;
-    const char* message;
+    const char* chosen;   // as the selection words it
+    const char* message;  // as the window does
   };
-  for (const Row& row : {Row{13, 0, 91, "NO DATA: redeposition process not performed "},
-                         Row{92, 0, 96, "NO DATA: cleaning process not performed "},
-                         Row{13, 0, 96, "NO DATA: cleaning process not performed "}, Row{13, 3, 19, kRotationText},
-                         Row{19, 3, 19, nullptr}, Row{96, 3, 101, nullptr}, Row{13, 0, 19, nullptr}}) {
+  const char* const redeposition = "NO DATA: redeposition process not performed";
+  const char* const cleaning = "NO DATA: Cleaning process not performed";
+  for (const Row& row : {Row{13, 0, 91, "NO DATA: redeposition process not performed ", redeposition},
+                         Row{92, 0, 96, "NO DATA: cleaning process not performed ", cleaning},
+                         Row{13, 0, 96, "NO DATA: cleaning process not performed ", cleaning},
+                         Row{13, 3, 19, kRotationText, kRotationText}, Row{19, 3, 19, nullptr, nullptr},
+                         Row{96, 3, 101, nullptr, nullptr}, Row{13, 0, 19, nullptr, nullptr}}) {
     SCOPED_TRACE(std::to_string(row.computed) + " then " + std::to_string(row.plot));
     settings = WatchedSettings();
     Memorise({}, row.computed, row.rotating);
     main.panel = "before";
     EXPECT_EQ(Choose(row.plot), ReplotAction::Replot);
+    EXPECT_EQ(chosenPanel, row.chosen == nullptr ? "before" : row.chosen);
     EXPECT_EQ(run.plot.IndexPlotRequest, row.plot);
     EXPECT_EQ(main.panel, row.message == nullptr ? "before" : row.message);
     run.plot.IndexPlot = row.plot;
@@ -357,6 +377,21 @@ TEST_F(StatusBar, AgainRepeatsTheLastPlot) {
   EXPECT_EQ(replot.Again(), ReplotAction::Replot);
   EXPECT_EQ(run.plot.IndexPlotRequest, 9);
   EXPECT_EQ(replot.Again(), ReplotAction::None) << "it is under way";
+  replot.Ended(true);
+  EXPECT_EQ(main.panel, kModelText);
+  run.plot.IndexPlot = 92;
+  EXPECT_EQ(replot.Again(), ReplotAction::Replot);
+  EXPECT_EQ(main.panel, "NO DATA: redeposition process not performed");
+}
+
+TEST_F(StatusBar, AFullRunThatShowsAModelStartsAnew) {
+  Memorise({9, 13}, 13);
+  EXPECT_EQ(Walked(), 9);
+  EXPECT_EQ(view.SidesMode, 2);
+  replot.StartAnew();
+  EXPECT_EQ(view.SidesMode, 1);
+  EXPECT_EQ(main.panelTip, "R&V dots&borders");
+  EXPECT_EQ(replot.Click(kPlain), ReplotAction::ShowSelection) << "its first click";
 }
 
 TEST_F(StatusBar, AnUpdateForgetsWhatWasBefore) {

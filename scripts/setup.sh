@@ -30,5 +30,5 @@ configure_and_build() {
     return 1
   }; fi
   rm -f "/tmp/orvvalis-configure-$$.log"
-  cmake --build --preset "$preset" ${1:+--target "$@"} -- --quiet
+  cmake --build --preset "$preset" ${1:+--target "$@"} -- --quiet | { grep -v '^ninja: no work to do.$' || true; }
 }

@@ -18,6 +18,7 @@ namespace {
 
 const char* const kKeyword = "Orvdata";
 const char* const kDatabaseKeyword = "DatabaseOrvValis";
+const char* const kRowsUsedLabel = " LinesDataBase_used";
 
 std::string Rule(char mark, std::size_t length) {
   return std::string(length, mark);
@@ -118,6 +119,7 @@ void PrintModelSummary(const RunContext& run, const std::string& outputName, Sum
   for (int p = 1; p <= run.model.NumberOfPrimitives; ++p) print(shown(ModelLine(run, p, potentials)));
   print("");
   print(shown(HardBlanks(Trim(kDatabaseKeyword + (" " + run.model.DatabaseTitle)))));
+  print(HardBlanks(kRowsUsedLabel));  // above the title of Table 1, where a reading of the database begins
   const std::vector<std::string>& lines = run.model.database.DatabaseLines;
   for (int k = 1; k <= run.rowsUsed.count(); ++k) {
     const auto row = static_cast<std::size_t>(run.rowsUsed.rows()[static_cast<std::size_t>(k)]);

@@ -125,7 +125,13 @@ bool IsOpenElsewhere(const std::string& name) {
   lock += path.filename();
   lock += "#";
   std::error_code error;
-  return fs::exists(lock, error);
+  if (fs::exists(lock, error)) return true;
+#ifdef _WIN32
+  // Excel leaves no file beside its own, which nobody else may write meanwhile.
+  return fs::exists(path, error) && !std::ofstream(path, std::ios::binary | std::ios::app);
+#else
+  return false;
+#endif
 }
 
 void NoteSkipped(RunContext& run, const std::string& name, const std::string& cause) {

@@ -27,10 +27,11 @@ class RotationTableReader {
     int column = 0;
     if (FindText(firstColumn, row, column)) {
       const std::string text = cells_(row, column);
-      ownText_ = Trim(text) == Trim(DefaultText());
+      const std::string list = PairsOf(text);
+      ownList_ = list == PairsOf(DefaultText());
       ReadShift(text);
       firstColumn = MoveLeft(row, firstColumn, column);
-      ReadPairs(text.substr(UpperCase(text).find(kRot) + std::string(kRot).size()));
+      ReadPairs(list);
     }
     SumWeights();
     if (table_(0, 2) != 0) {
@@ -59,6 +60,10 @@ class RotationTableReader {
       text += FormatNumber(DefaultAngle(k), "#0.##") + " " + FormatNumber(kDefaultWeight, "#0.####") + " | ";
     }
     return ReplaceAll(text, ",", ".");
+  }
+
+  static std::string PairsOf(const std::string& text) {
+    return Trim(std::string_view(text).substr(UpperCase(text).find(kRot) + std::string_view(kRot).size()));
   }
 
   void ReadShift(const std::string& text) {
@@ -92,7 +97,7 @@ class RotationTableReader {
       for (double& value : pair) {
         const std::size_t blank = text.find(' ');
         const std::string word = text.substr(0, blank);
-        value = ownText_ ? reader_.ReadPointNumber(word) : reader_.ReadNumber(word);
+        value = ownList_ ? reader_.ReadPointNumber(word) : reader_.ReadNumber(word);
         text = blank == std::string::npos ? "" : Trim(std::string_view(text).substr(blank + 1));
       }
       ++count;
@@ -143,7 +148,7 @@ class RotationTableReader {
   int rows_;
   Array<double, 2>& table_;
   CellText& reader_;
-  bool ownText_ = false;  // a default table, as an earlier run has shown it
+  bool ownList_ = false;  // the default angles and weights, as an earlier run has shown them
 };
 
 }  // namespace

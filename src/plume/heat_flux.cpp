@@ -136,12 +136,12 @@ class HeatFlux {
   }
 
   void OnePrimitive(int p) {
-    block_([&] { pass_.ReadMaterials(p); });
+    pass_.Begin(p);
     pass_.AllCells(p, [this](double share) { progress_(phase_, done_ + part_ * share); });
     int hotI = 0;
     int hotJ = 0;
     FindHottest(p, hotI, hotJ);
-    block_([&] { context_.stores.HeatFluxMaxTable(p) = 0; });
+    pass_.block()([&] { context_.stores.HeatFluxMaxTable(p) = 0; });
     if (hotI == 0) return;
     SearchCorners(p, hotI, hotJ);
   }
@@ -176,7 +176,7 @@ class HeatFlux {
       hottest = std::max(hottest, data_(p, i, j, 22));
     }
     if (context_.AutomaticRotationActive == 0) pass_.ShowFlow(p, i, j);
-    block_([&] { context_.stores.HeatFluxMaxTable(p) = hottest; });
+    pass_.block()([&] { context_.stores.HeatFluxMaxTable(p) = hottest; });
   }
 
   void ClearCell(int p, int i, int j) {

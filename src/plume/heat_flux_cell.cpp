@@ -59,11 +59,22 @@ HeatFluxPass::HeatFluxPass(EffectContext& context)
   species_ = std::min(2, static_cast<int>(thruster(slot::SpeciesCount).number()));
   charge_[0] = thruster(slot::Charge1).number();
   charge_[1] = thruster(slot::Charge2).number();
-  block_([&] { mass_ = Divide(thruster(slot::MolarMass).number() / 1000, context.constants.AvogadroNumber); });
-  if (species_ == 0) return;
+}
+
+void HeatFluxPass::Begin(int p) {
+  block_.setSilenced(false);
+  ReadMaterials(p);
   block_([&] {
-    const double wall = std::max(kColdestWall, context.directives.Twall);
-    thermalSpeed_ = Power(Divide(2 * context.constants.BoltzmannConstant * wall, mass_), 0.5);
+    mass_ = Divide(context_.thruster.ThrusterData(slot::MolarMass).number() / 1000, context_.constants.AvogadroNumber);
+  });
+}
+
+// The same for all cells, but where it fails each cell that needs it fails.
+void HeatFluxPass::FindThermalSpeed() {
+  if (thermalSpeedFound_) return;
+  thermalSpeedFound_ = block_([&] {
+    const double wall = std::max(kColdestWall, context_.directives.Twall);
+    thermalSpeed_ = Power(Divide(2 * context_.constants.BoltzmannConstant * wall, mass_), 0.5);
   });
 }
 
@@ -143,6 +154,7 @@ bool HeatFluxPass::AddSpecies(CellState& cell, int species, double typeCode, con
   flow.incidence = incidence * kRadiansOf;
   flow.dynamicPressure = 0.5 * rho * (speed * speed);
   flow.speed = speed;
+  FindThermalSpeed();
   if (!(speed < thermalSpeed_)) {
     block_([&] {
       const double ratio = Divide(speed, thermalSpeed_);

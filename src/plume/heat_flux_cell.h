@@ -21,9 +21,11 @@ class HeatFluxPass {
  public:
   explicit HeatFluxPass(EffectContext& context);
 
-  // The accommodation of the one or two materials of a primitive. A missing material leaves the values of the primitive
-  // before.
-  void ReadMaterials(int p);
+  // Begins the work on a primitive: failures that were ignored for the one before are told again. Reads the
+  // accommodation of its one or two materials; a missing material leaves the values of the primitive before.
+  void Begin(int p);
+  // For the other statements of that work.
+  FailureBlock& block() { return block_; }
 
   // Adds up quantities 22 to 81 of all cells of a primitive that the plume reaches. Calls told(share) before each row.
   void AllCells(int p, const std::function<void(double)>& told);
@@ -36,6 +38,8 @@ class HeatFluxPass {
 
  private:
   struct CellState;
+  void ReadMaterials(int p);
+  void FindThermalSpeed();
   bool TypeIsKnown(int p);
   void OfCell(int p, int i, int j, double typeCode, int sideLimit);
   bool AddSpecies(CellState& cell, int species, double typeCode, const Accommodation& surface);
@@ -52,6 +56,7 @@ class HeatFluxPass {
   bool twoMaterials_ = false;
   double model_ = 0, limit8_ = 0, limit12_ = 0;
   double mass_ = 0, thermalSpeed_ = 0;
+  bool thermalSpeedFound_ = false;
   int species_ = 0;
   double charge_[2] = {};
   Vector3 tangent_;  // of the cell before where a cell has none

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <utility>
 
 #include "model/cell_table.h"
 #include "numerics/angles.h"
@@ -54,7 +56,7 @@ class PotentialReader {
     if (form == Form::Function) {
       ReadFunction(p, text);
     } else {
-      block_([&] { ReadCells(p, form, text); });
+      ReadCells(p, form, text);
     }
     block_([&] { cells_.CellData(p, 0, 0, 63) = 1; });
   }
@@ -63,10 +65,15 @@ class PotentialReader {
   void ReadCells(int p, Form form, const std::string& text) {
     const int NI = cells_.CountI(p);
     const int NJ = cells_.CountJ(p);
+    const std::int64_t wanted = static_cast<std::int64_t>(NI) * NJ;
     XYTable table;
-    int count = 2 * NI * NJ;
-    ReadTable(text, table, count, reader_);
-    if (table.count() != NI * NJ) reader_.prompt()("faute xx6 ");
+    int count = 0;
+    block_([&] {
+      XYTable rows;
+      count = ReadRows(text, wanted, rows);
+      table = std::move(rows);
+    });
+    if (count != wanted) reader_.prompt()("faute xx6 ");
     const char* const mismatch = form == Form::Table      ? "faute xx7 "
                                  : form == Form::TableSym ? "faute xx8 "
                                                           : "faute xx9 ";
@@ -81,6 +88,22 @@ class PotentialReader {
         block_([&] { cells_.CellData(p, i, j, 63) = given ? table.y(row) : 0; });
       }
     }
+  }
+
+  // Gives the number of rows in the text. Those beyond the wanted ones have no cell: they are counted and dropped.
+  int ReadRows(const std::string& text, std::int64_t wanted, XYTable& table) {
+    double x = 0;
+    int end = 0;
+    int count = 0;
+    const auto store = [&](int slot, double value) {
+      if (slot % 2 == 1) {
+        x = value;
+      } else if (table.count() < wanted) {
+        table.Add(x, value);
+      }
+    };
+    ReadTableFromTableXYInCell(text, 0, store, end, count, reader_);
+    return count;
   }
 
   // Numbers and law names may be mixed freely: the numbers are V1, V2, nI, nJ, the names those of i and j.

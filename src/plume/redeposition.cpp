@@ -30,24 +30,23 @@ Redeposition::Redeposition(EffectContext& context, FailureBlock& block, Progress
 
 void Redeposition::CheckLimits() {
   const Cells& cells = context_.cells;
-  const auto truncation = [&](int limit, const char* what, int wanted) {
-    context_.dialogs().Tell("Truncation of redeposition live memory to" + std::to_string(limit) + what +
-                                std::to_string(wanted) + " required by the current model",
+  const auto truncation = [&](int limit, const char* what, const std::string& wanted) {
+    context_.dialogs().Tell("Truncation of redeposition live memory to" + std::to_string(limit) + what + wanted +
+                                " required by the current model",
                             "Wish good luck to see if any");
   };
   if (cells.numberPrimWithVolumic > kStorePrimitives) {
-    truncation(kStorePrimitives, " primitives  instead of ", cells.numberPrimWithVolumic);
+    truncation(kStorePrimitives, " primitives  instead of ", std::to_string(cells.numberPrimWithVolumic));
   }
-  bool toldI = false;
-  bool toldJ = false;
+  int mostI = 0;
+  int mostJ = 0;
   for (int p = 1; p <= cells.numberPrimWithVolumic; ++p) {
     if (p == context_.thruster.ThrusterPrimitive) continue;
-    const auto tellOnce = [&](int count, bool& told) {
-      if (count > kStoreCells && !told) truncation(kStoreCells, " elements  instead of ", count);
-      told = told || count > kStoreCells;
-    };
-    tellOnce(cells.CountI(p), toldI);
-    tellOnce(cells.CountJ(p), toldJ);
+    mostI = std::max(mostI, cells.CountI(p));
+    mostJ = std::max(mostJ, cells.CountJ(p));
+  }
+  if (mostI > kStoreCells || mostJ > kStoreCells) {
+    truncation(kStoreCells, " elements  instead of ", std::to_string(mostI) + " or " + std::to_string(mostJ));
   }
   if (context_.materials.NumberOfMaterialsUsed > kStoreMaterials) {
     context_.dialogs().Tell("too many material for the redeposition, update needed, see Hallam", "Can be critical",

@@ -235,6 +235,7 @@ void frmMain::BuildStatusBar() {
   SetUp(*pickPanel_, "StatusBar2", "The cell that was clicked, or what is being done", "");
   Text12_ = MakeEdit(this, "Text12", std::string(MainControl("Text12").initial));
   Text12_->setReadOnly(true);
+  Text12_->setMinimumWidth(Text12_->fontMetrics().horizontalAdvance(Text12_->text()) + 16);
   Text12_->setMaximumWidth(320);
   ProgressBar1_ = new QProgressBar(this);
   SetUp(*ProgressBar1_, "ProgressBar1", "", "Progress");

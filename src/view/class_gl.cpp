@@ -22,6 +22,18 @@ constexpr std::array<float, 4> Grey(float level) {
   return {level, level, level, 1};
 }
 
+// Gives the matrix back, also when what is drawn fails.
+class MatrixScope {
+ public:
+  explicit MatrixScope(GlApi& gl) : gl_(gl) { gl_.PushMatrix(); }
+  ~MatrixScope() { gl_.PopMatrix(); }
+  MatrixScope(const MatrixScope&) = delete;
+  MatrixScope& operator=(const MatrixScope&) = delete;
+
+ private:
+  GlApi& gl_;
+};
+
 }  // namespace
 
 ClassGl::ClassGl(glxCtl& control, PointLists& lists, ViewState& view, ErrorPrompt& prompt, const Clock& clock,
@@ -225,34 +237,36 @@ void ClassGl::DrawLabels() {
 
 void ClassGl::DrawPlot() {
   GlApi& gl = control_.Gl();
-  if ((lists_.TraceCount != kNoEntry && lists_.PenUpMode == 0) || view_.options.SatelliteShown == 1) {
-    gl.PushMatrix();
-    bodies_.DrawSatellite(*this);
-    gl.PopMatrix();
-  }
-  gl.ClearColor(background_);
-  gl.ClearDepth(1);
-  gl.ShadeModel(GL_FLAT);
-  if (playback_.Advance(lists_, view_.AutoRotMode, view_.AutoRotPeriod, clock_.Seconds())) plot_.Renew();
   Guarded([&] {
+    if ((lists_.TraceCount != kNoEntry && lists_.PenUpMode == 0) || view_.options.SatelliteShown == 1) {
+      const MatrixScope scope(gl);
+      bodies_.DrawSatellite(*this);
+    }
+    gl.ClearColor(background_);
+    gl.ClearDepth(1);
+    gl.ShadeModel(GL_FLAT);
+    if (playback_.Advance(lists_, view_.AutoRotMode, view_.AutoRotPeriod, clock_.Seconds())) plot_.Renew();
     DynamicPlot::Input input{lists_, view_, scale_, currIndexI_, currIndexMini_};
     input.pixelRatio = control_.DeviceRatio();
     input.towardsCamera = TowardsCamera();
     input.unitsPerPixel = control_.Camera().UnitsPerPixel();
     plot_.Draw(gl, input);
     DrawPlotTexts({lists_, view_, scale_, plot_.Points(), currIndexI_, labelFont_, smallFont_}, control_);
+    DrawEarthAndMoon();
   });
+}
 
+void ClassGl::DrawEarthAndMoon() {
+  GlApi& gl = control_.Gl();
   const bool earth = lists_.EarthOn && view_.options.Check1[0] == 0;
   if (earth || view_.options.SatelliteShown == 1) bodies_.SetSunLight(*this);
-  if (earth) {
-    gl.PushMatrix();
+  if (!earth) return;
+  {
+    const MatrixScope scope(gl);
     bodies_.DrawEarth(*this);
-    gl.PopMatrix();
-    gl.PushMatrix();
-    bodies_.DrawMoon(*this);
-    gl.PopMatrix();
   }
+  const MatrixScope scope(gl);
+  bodies_.DrawMoon(*this);
 }
 
 // A failure ends what is being drawn; those that a list in the making can cause pass without a word.

@@ -100,6 +100,7 @@ class ClassGl : public GlEvents {
   void DrawLabels();
   Vec3 TowardsCamera() const;
   void DrawPlot();
+  void DrawEarthAndMoon();
   void Guarded(const std::function<void()>& drawing);
   void SetFirstLight(double unit);
   double OptionOr(double option, double standard) const { return option == 0 ? standard : option; }

@@ -71,8 +71,7 @@ void DrawPlotTexts(const PlotTextInput& input, glxCtl& control) {
     for (std::size_t axis = 1; axis <= 3; ++axis) {
       origin += TenCharacters(0 - input.scale.AxisRange[axis].Offset) + " , ";
     }
-    control.Text3D(input.labelFont, origin, 0, 0, 0, kSceneSize,
-                   OptionColour(input.view.options.ColourOfAxisLabels));
+    control.Text3D(input.labelFont, origin, 0, 0, 0, kSceneSize, OptionColour(input.view.options.ColourOfAxisLabels));
   }
 }
 

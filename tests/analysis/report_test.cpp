@@ -121,6 +121,7 @@ TEST_F(ReportRun, TheModelStandsAtTheEnd) {
       Hard("gold | silver\tPlate_2 rect size 2 2 cells 4 4 R X 180 T 0 0 2.9\tShift 0 Rot% 0 1 | 10 2"),
       "",
       "DatabaseOrvValis",
+      Hard(" LinesDataBase_used"),
       Hard("Table      1 Thrusters\t" + hard + "\t" + hard + "\tplume"),
       "head",
       Hard("T5\t \t3.79\t230\t7.85\t7.34\t0.125\t60\t \t \t \t \t \t \t \t \t0"),
@@ -581,6 +582,20 @@ TEST_F(ReportRun, LoadsAgainWithTheSameResultsInSilence) {
   EXPECT_EQ(run.thruster.ThrusterName, again.run.thruster.ThrusterName);
   EXPECT_EQ(run.materials.MaterialsUsed, again.run.materials.MaterialsUsed);
   EXPECT_EQ(FilesIn(), files);
+
+  // Its own report is the same again, from the first row of the model on.
+  const std::vector<std::string> first = LinesOf(run.record.PlotReportFile);
+  again.run.model.directives.SilentMode = 0;
+  again.run.record.PlotReportFile = Folder() + "again.xls";
+  WriteReports(again.run);
+  const std::vector<std::string> second = LinesOf(Folder() + "again.xls");
+  const auto modelOf = [](const std::vector<std::string>& lines) {
+    const std::size_t keyword = LineWith(lines, "Orvdata", LineWith(lines, "Model Summary"));
+    return std::vector<std::string>(lines.begin() + static_cast<std::ptrdiff_t>(keyword) + 1, lines.end());
+  };
+  EXPECT_EQ(modelOf(first), modelOf(second));
+  EXPECT_THAT(modelOf(second), Contains(Hard(" LinesDataBase_used")).Times(1));
+  EXPECT_EQ(again.run.model.DatabaseTitle, run.model.DatabaseTitle);
 }
 
 // The phases that take texts off the rows of the model and put some there.

@@ -88,7 +88,11 @@ TEST_F(SputterTableTest, EndsWithTheModelUnderOtherKeywords) {
             "                   Note: Autorotation Average values (over one complete turn) on n°4    Wing");
   EXPECT_EQ(lines[at + 2], "");
   EXPECT_EQ(lines[at + 3], Hard("Orv_data Test model") + "\t" + Hard(" si "));
-  EXPECT_THAT(lines, Contains("Database_OrvValis"));
+  const std::size_t database = LineWith(lines, "Database_OrvValis", at);
+  ASSERT_LT(database + 2, lines.size());
+  EXPECT_EQ(lines[database], "Database_OrvValis");
+  EXPECT_EQ(lines[database + 1], Hard(" LinesDataBase_used"));
+  EXPECT_THAT(lines[database + 2], HasSubstr(Hard("Table      1")));
   for (const std::string& line : lines) {
     EXPECT_THAT(UpperCase(line), Not(HasSubstr("ORVDATA")));
     EXPECT_THAT(UpperCase(line), Not(HasSubstr("DATABASEORVVALIS")));

@@ -39,7 +39,8 @@ void CheckTail(PrimitiveSpec spec, const std::string& name, ErrorPrompt& prompt)
   Require(rotation.RotationTailLength >= 0 && rotation.RotationTailLength <= static_cast<double>(spec.Tail.size()),
           "the rest of a tail is counted", spec.Tail);
   rotation.RotationAngle = 12.345;
-  RequireText(RewriteTailForRotation(spec.Tail, rotation, spec.Type, name, prompt, Locale{}), "a tail for a turn is a text");
+  RequireText(RewriteTailForRotation(spec.Tail, rotation, spec.Type, name, prompt, Locale{}),
+              "a tail for a turn is a text");
 }
 
 void CheckPrimitive(const TextTable& cells, int row, CellText& reader) {

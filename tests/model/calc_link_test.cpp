@@ -112,6 +112,22 @@ TEST_F(CalcLinkTest, GivesTheKindsOfValues) {
   EXPECT_EQ(link.RangeText("A1:C2"), "\t1E-05\ta b\r\nTRUE\t1.23456789012346E+17\té\r\n");
 }
 
+TEST_F(CalcLinkTest, GivesNumbersWithTheSeparatorOfTheSettings) {
+  Script(R"(snapshot) echo "{\"id\":$id,\"application\":\"Calc\",\"workbook\":\"w\",\"windows\":1,\"caption\":\"c\",)"
+         R"(\"sheet\":\"s\",\"row\":1,\"column\":1,\"separator\":\".\",\"cells\":[2.5]}";;)");
+  CalcLink asCalcPrints(settings);
+  asCalcPrints.Attach();
+  EXPECT_EQ(asCalcPrints.Value({1, 1}), "0.5");
+  EXPECT_FALSE(asCalcPrints.PrintsDecimalComma({1, 1}));
+  EXPECT_EQ(asCalcPrints.Snapshot().formula, "2.5");
+  settings.decimalSeparator = ",";
+  CalcLink link(settings);
+  link.Attach();
+  EXPECT_EQ(link.Value({1, 1}), "0,5");
+  EXPECT_TRUE(link.PrintsDecimalComma({1, 1}));
+  EXPECT_EQ(link.Snapshot().formula, "2,5");
+}
+
 TEST_F(CalcLinkTest, FailsAtOnceWithoutAHelper) {
   settings.helper = folder.path() / "no such program";
   CalcLink link(settings);

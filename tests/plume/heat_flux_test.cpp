@@ -190,6 +190,120 @@ TEST(HeatFlux, SlowIonsTakeThePlainForm) {
   EXPECT_DOUBLE_EQ(HeatFluxOf(flow, 0.5), 2 * 2 * 3 * 0.25 / 2);
 }
 
+// Heat and axial force per area of a flow at an incidence of a, by hand.
+double HeatByHand(const AxisFlow& flow, double at, double a = 0) {
+  return flow.pressure * flow.speed * at * std::cos(a) * (flow.S2 > 2 ? 1 - 2 / flow.S2 : 1);
+}
+double PressureByHand(const AxisFlow& flow, double sn) {
+  return 2 * flow.pressure * ((2 - sn) + sn / 2 * std::sqrt(3.14159265358979 / flow.S2));
+}
+
+TEST(HeatFlux, AWallThatIsFasterThanTheIonsHasARatioOfOne) {
+  EffectModel model = FacingPlate("1 1", "R X 140 T 0 0 1");
+  model.directives.Twall = 1e12;
+  model.Build();
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  const AxisFlow flow(1, model.constants, 1e12);
+  ASSERT_LT(flow.speed, flow.thermalSpeed);
+  ASSERT_EQ(flow.S2, 1);
+  const double a = 40 * 3.14159265358979 / 180;
+  EXPECT_NEAR(model.Q(2, 1, 1, 22), HeatByHand(flow, 0.95, a), 1e-9 * flow.pressure * flow.speed);
+  // Worst case 1 has no tangential part: it goes along the normal, by cos(a) of it along the axis.
+  const double cosine = std::cos(a);
+  const double normal = cosine * cosine + 0.5 * std::sqrt(3.14159265358979) * cosine;
+  const double force = 0.02 * 2 * flow.pressure * normal * cosine;
+  EXPECT_NEAR(model.Q(2, 1, 1, 41), force, 1e-9 * force);
+  EXPECT_TRUE(model.dialogs.boxes.empty());
+}
+
+TEST(HeatFlux, AWallAtZeroKelvinTakesNoHeatAway) {
+  EffectModel model = FacingPlate();
+  model.directives.Twall = 0;
+  model.Build();
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  const AxisFlow flow(1, model.constants, 1e-30);
+  const double heat = flow.pressure * flow.speed * 0.95;
+  EXPECT_NEAR(model.Q(2, 1, 1, 22), heat, 1e-9 * heat);
+  const double force = 0.02 * 2 * flow.pressure * (2 - 0.85);
+  EXPECT_NEAR(model.Q(2, 1, 1, 25), force, 1e-9 * force);
+  EXPECT_TRUE(model.dialogs.boxes.empty());
+}
+
+bool IsEffectOfHeatFlux(int q) {
+  return (q >= 22 && q <= 28) || (q >= 36 && q <= 56) || (q >= 64 && q <= 81);
+}
+
+TEST(HeatFlux, AFaceOfASheetCountsFromOutsideAndWithItsOwnMaterial) {
+  struct Case {
+    const char* material;
+    const char* gap;
+    const char* placement;
+    double code;
+    int facing;  // the j that looks at the thruster
+    double z;    // where it stands
+    bool gold;
+  };
+  const Case cases[] = {
+      {"silver | gold", "-0.02", "T 0 0 1", 15, 2, 0.98, true},
+      {"silver | gold", "-0.02", "R X 180 T 0 0 1", 15, 1, 1, false},
+      {"silver | gold", "0.02", "T 0 0 1", 15.5, 1, 1, false},
+      {"silver | gold", "0.02", "R X 180 T 0 0 1", 15.5, 2, 0.98, true},
+      {"silver", "-0.02", "T 0 0 1", 15, 2, 0.98, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.material) + ", gap " + c.gap + " " + c.placement);
+    const std::string specification = "Sheet rect2sides size -0.1 0.1 -0.05 0.05 1 1 ";
+    EffectModel model({{"HT", kThruster}, {c.material, specification + c.gap + " cells 1 2 " + c.placement}});
+    model.SetThruster({1, 3}, {0.5, 0.5});
+    model.AddMaterial("gold", 0.5, 0.4, 0.3);
+    model.Build();
+    ASSERT_EQ(model.Q(2, 0, 0, 10), c.code);
+    for (int j = 1; j <= 2; ++j) model.cells.CellData(2, 1, j, 20) = 0;  // so that the shadow does not decide
+    EffectContext context = model.Context();
+    SizeHeatFluxStores(context);
+    aSpaceApplicationEffectHEATFLUX(context);
+
+    ASSERT_NEAR(model.Q(2, 1, c.facing, 3), c.z, 1e-12);
+    AxisFlow flow(c.z, model.constants);
+    const double ions = model.Q(2, 1, c.facing, 33) + model.Q(2, 1, c.facing, 34);
+    EXPECT_GT(model.Q(2, 1, c.facing, 34), 0);
+    flow.pressure *= ions / flow.density;  // a charge of 3 has the speed of 1
+    const double heat = HeatByHand(flow, c.gold ? 0.3 : 0.95);
+    EXPECT_NEAR(model.Q(2, 1, c.facing, 22), heat, 1e-9 * heat);
+    const double force = 0.02 * PressureByHand(flow, c.gold ? 0.5 : 0.85);
+    EXPECT_NEAR(model.Q(2, 1, c.facing, 25), force, 1e-9 * force);
+    const double worst1 = 0.02 * PressureByHand(flow, 1);
+    EXPECT_NEAR(model.Q(2, 1, c.facing, 41), worst1, 1e-9 * worst1);
+
+    const int away = 3 - c.facing;
+    EXPECT_GT(model.Q(2, 1, away, 33), 0) << "the plume is there too";
+    for (int q = 22; q <= 81; ++q) {
+      if (!IsEffectOfHeatFlux(q)) continue;
+      EXPECT_EQ(model.Q(2, 1, away, q), 0) << q;
+    }
+  }
+}
+
+TEST(HeatFlux, ASheetWithoutAGapCountsFromBothSidesWithItsFirstMaterial) {
+  for (const char* const placement : {"T 0 0 1", "R X 180 T 0 0 1"}) {
+    SCOPED_TRACE(placement);
+    const std::string specification = "Sheet rect2sides size -0.1 0.1 -0.05 0.05 1 1 0 cells 1 1 ";
+    EffectModel model({{"HT", kThruster}, {"silver | gold", specification + placement}});
+    model.AddMaterial("gold", 0.5, 0.4, 0.3);
+    model.Build();
+    ASSERT_EQ(model.Q(2, 0, 0, 10), 16);
+    EffectContext context = model.Context();
+    SizeHeatFluxStores(context);
+    aSpaceApplicationEffectHEATFLUX(context);
+    const double heat = HeatByHand(AxisFlow(1, model.constants), 0.95);
+    EXPECT_NEAR(model.Q(2, 1, 1, 22), heat, 1e-9 * heat);
+  }
+}
+
 TEST(HeatFlux, OnlyADoubleChargeScalesTheSpeed) {
   for (const double charge2 : {2.0, 3.0}) {
     SCOPED_TRACE(charge2);
@@ -252,6 +366,108 @@ TEST(HeatFlux, AMissingMaterialIsToldAndKeepsTheValuesBefore) {
                           "pipe | gold"),
       1);
   EXPECT_GT(model.Q(3, 1, 1, 22), 0);
+}
+
+const char* const kDriver = "Error fautea_SpaceApplicationEffectHEATFLUX";
+const char* const kDriverSubscript = "Error fautea_SpaceApplicationEffectHEATFLUX ";
+const char* const kOnePrimitive = "Error aSpaceApplicationEffectHEATFLUXonePrimitive";
+const char* const kOnePrimitiveSubscript = "Error fautea_SpaceApplicationEffectHEATFLUXonePrimitive ";
+
+// Texts and titles of the boxes, in order.
+std::vector<std::array<std::string, 2>> BoxesOf(const EffectModel& model) {
+  std::vector<std::array<std::string, 2>> boxes;
+  for (const ScriptedDialogs::Box& box : model.dialogs.boxes) boxes.push_back({box.text, box.title});
+  return boxes;
+}
+
+// Ions without a mass have no thermal speed: the first cell of each plate fails.
+TEST(HeatFlux, IgnoredFailuresComeAgainWithTheNextPrimitive) {
+  EffectModel model({{"HT", kThruster},
+                     {"silver", "A rect size 0.1 0.1 cells 3 2 R X 180 T 0 0 1"},
+                     {"silver", "Aside rect size 0.1 0.1 cells 2 2 R X 180 T 0 0 -1"},
+                     {"silver", "B rect size 0.1 0.1 cells 2 2 R X 180 T 0 0.5 1"}});
+  model.Build();
+  model.thruster.ThrusterData(slot::MolarMass) = 0.0;
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  const std::array<std::string, 2> box = {"Division by zero", kOnePrimitive};
+  EXPECT_EQ(BoxesOf(model), (std::vector<std::array<std::string, 2>>{box, box}))
+      << "none for the plate that the plume does not reach";
+
+  // Without Ignore every failing statement is told: thermal speed and ratio of each of the ten cells in the plume.
+  model.dialogs.boxes.clear();
+  model.dialogs.answers.assign(100, Answer::Retry);
+  aSpaceApplicationEffectHEATFLUX(context);
+  EXPECT_EQ(model.dialogs.boxes.size(), 20U);
+  model.dialogs.answers = {Answer::Abort};
+  EXPECT_THROW(aSpaceApplicationEffectHEATFLUX(context), ProgramEnd);
+}
+
+TEST(HeatFlux, IgnoredFailuresComeAgainWithTheNextStepOfATurn) {
+  EffectModel model({{"HT", kThruster}, {"gold", "Wing rect size 0.4 0.2 cells 3 2 Automatic X T 0 0.3 1"}});
+  model.directives.RotationStep = 180;
+  model.Build();
+  model.AutomaticRotationActive = 2;
+  model.rotation.RotPercentTable(1, 1) = 0;
+  model.rotation.RotPercentTable(2, 1) = 180;
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  int failures = 0;
+  for (const auto& [text, title] : BoxesOf(model)) failures += text == kOnePrimitiveSubscript ? 1 : 0;
+  EXPECT_EQ(failures, 3) << "two steps, and the way back";
+}
+
+TEST(HeatFlux, ASubscriptThatFailsIsToldInTwoBoxes) {
+  EffectModel model({{"HT", kThruster}, {"gold", "A rect size 0.1 0.1 cells 1 1 R X 180 T 0 0 1"}});
+  model.Build();
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  const std::vector<std::array<std::string, 2>> expected = {
+      {"Database wrong: material not found. Note in case of 2 materials, please separate with a pipe | gold", ""},
+      {"Do you want to abort? See Hallam if the error cannot be solved ", ""},
+      {kOnePrimitiveSubscript, kOnePrimitive},
+      {"Subscript out of range", kOnePrimitive}};
+  EXPECT_EQ(BoxesOf(model), expected);
+}
+
+TEST(HeatFlux, TheTableOfHottestCornersHoldsAHundredPrimitives) {
+  std::vector<std::array<std::string, 2>> rows = {{"HT", kThruster}};
+  while (rows.size() < 102) {
+    std::string specification = "P" + std::to_string(rows.size());
+    specification += " rect size 0.01 0.01 cells 1 1 R X 180 T 0." + std::to_string(100 + rows.size()) + " 0 1";
+    rows.push_back({"silver", specification});
+  }
+  EffectModel model(rows);
+  model.Build();
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  EXPECT_GT(model.stores.HeatFluxMaxTable(100), 0);
+  EXPECT_GT(model.Q(101, 1, 1, 22), 0);
+  const std::array<std::string, 2> subscript = {kOnePrimitiveSubscript, kOnePrimitive};
+  const std::array<std::string, 2> failure = {"Subscript out of range", kOnePrimitive};
+  EXPECT_EQ(BoxesOf(model), (std::vector<std::array<std::string, 2>>{subscript, failure, subscript, failure}));
+}
+
+// Of 340 degrees by steps of 100 the stores hold three steps; the turn makes four.
+TEST(HeatFlux, AStepBeyondTheStoresIsToldByTheDriver) {
+  EffectModel model({{"HT", kThruster}, {"silver", "Wing rect size 0.4 0.2 cells 3 2 Automatic X T 0 0.3 1"}});
+  model.directives.RotationTo = 340;
+  model.directives.RotationStep = 100;
+  model.Build();
+  model.AutomaticRotationActive = 2;
+  for (int s = 1; s <= 4; ++s) model.rotation.RotPercentTable(s, 1) = (s - 1) * 100;
+  EffectContext context = model.Context();
+  SizeHeatFluxStores(context);
+  aSpaceApplicationEffectHEATFLUX(context);
+  const std::vector<std::array<std::string, 2>> expected = {{kDriverSubscript, kDriver},
+                                                            {"Subscript out of range", kDriver}};
+  EXPECT_EQ(BoxesOf(model), expected) << "the other statements of the step are ignored";
+  EXPECT_EQ(model.stores.RotationSums(0, 0), 4);
+  EXPECT_EQ(model.stores.RotationSums(3, 0), 200);
 }
 
 // A turn: the sums of each step equal those of a fixed model placed at that angle.

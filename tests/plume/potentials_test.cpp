@@ -75,6 +75,33 @@ TEST(Potentials, ATableOfAnotherLengthIsTold) {
   EXPECT_EQ(model.Q(2, 1, 2, 63), 0);
 }
 
+// Rows that would all be right, were there cells for them.
+std::string Rows(int count, int NI) {
+  std::string text = "Vtable ";
+  for (int row = 0; row < count; ++row) text += std::to_string(row % NI + 1) + " " + std::to_string(10 + row) + "|";
+  return text;
+}
+
+TEST(Potentials, RowsBeyondTheCellsAreToldAndLeftOut) {
+  struct Case {
+    int NI, NJ, rows;
+  };
+  for (const Case& c : {Case{20, 20, 400}, Case{20, 20, 401}, Case{20, 20, 2000}, Case{3, 2, 7}, Case{3, 2, 500}}) {
+    SCOPED_TRACE(::testing::Message() << c.NI << " x " << c.NJ << ", " << c.rows << " rows");
+    const auto owner = WithText(
+        Rows(c.rows, c.NI), "P rect size 1 1 cells " + std::to_string(c.NI) + " " + std::to_string(c.NJ) + " T 0 0 1");
+    EffectModel& model = *owner;
+    Read(model);
+    const std::vector<std::string> expected(c.rows == c.NI * c.NJ ? 0 : 1, "faute xx6 ");
+    EXPECT_EQ(model.dialogs.log, expected);
+    EXPECT_EQ(model.dialogs.boxes.size(), expected.size()) << "no failure beside it";
+    EXPECT_EQ(model.Q(2, 0, 0, 63), 1);
+    for (int j = 1; j <= c.NJ; ++j) {
+      for (int i = 1; i <= c.NI; ++i) EXPECT_EQ(model.Q(2, i, j, 63), 10 + (j - 1) * c.NI + i - 1) << i << " " << j;
+    }
+  }
+}
+
 TEST(Potentials, TheCellLeavesItsRow) {
   EffectModel model({{"HT", "T thr size 0.01 0.01 cells 1 1"}, {"silver", "P rect size 1 1 cells 1 1 T 0 0 1"}});
   model.table(2, 3) = "V 1 5";
@@ -123,6 +150,27 @@ TEST(Potentials, OneCellInADirectionIsARunTimeFailure) {
   ASSERT_FALSE(model.dialogs.boxes.empty());
   EXPECT_EQ(model.dialogs.boxes[0].text, "Overflow") << "0 / 0";
   EXPECT_EQ(model.dialogs.boxes[0].title, "Error fautePotentialTable");
+}
+
+TEST(Potentials, APrimitiveWithoutAGridHasNoAnglesForALaw) {
+  const std::pair<const char*, std::vector<std::string>> cases[] = {
+      {"PotentialFuntion 0 100 COS 1", {"faute x10 "}},
+      {"PotentialFuntion 0 100 COS 1 SlopeDownUp 0", {"faute x11 ", "faute x10 "}}};  // the log has its last line first
+  for (const auto& [text, labels] : cases) {
+    SCOPED_TRACE(text);
+    EffectModel model({{"HT", "T thr size 0.01 0.01 cells 3 3"}, {"silver", "P rect size 1 1 cells 3 3 T 0 0 1"}});
+    model.Build();
+    model.table(2, 3) = text;
+    Read(model);
+    EXPECT_TRUE(model.dialogs.log.empty()) << "a plate has its own";
+    model.table(1, 3) = text;
+    Read(model);
+    EXPECT_EQ(model.dialogs.log, labels);
+    EXPECT_EQ(model.dialogs.boxes.size(), labels.size());
+    for (const ScriptedDialogs::Box& box : model.dialogs.boxes) EXPECT_EQ(box.title, "Petite erreur");
+    EXPECT_NEAR(model.Q(1, 1, 1, 63), 100, 1e-12) << "the law holds all the same";
+    EXPECT_NEAR(model.Q(1, 2, 1, 63), 0, 1e-12);
+  }
 }
 
 TEST(Potentials, AFaultyParameterListIsTold) {

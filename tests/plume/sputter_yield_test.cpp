@@ -206,6 +206,26 @@ TEST_F(SputterYield, AnglesAboveNinetyAreTold) {
   EXPECT_THROW(SputtYield_at_ion(30, 1, at, table, 0, prompt), ProgramEnd);
 }
 
+TEST_F(SputterYield, APeakAtNinetyDegreesHasNoFallBehindIt) {
+  YieldTable table = Prepare(Rows({{300, 1.5, 2.4, 90, 1.2}}, kSilver));
+  YieldAtEnergy at;
+  table.AtEnergy(300, at, told);
+  ASSERT_EQ(at.gas[1].peakAngleDeg, 90);
+  EXPECT_NEAR(SputtYield_at_ion(90, 1, at, table, 0, prompt), 2.4, 1e-12);
+  EXPECT_EQ(SputtYield_at_ion(0, 1, at, table, 0, prompt), 1.5);
+  EXPECT_TRUE(dialogs.boxes.empty());
+  try {
+    SputtYield_at_ion(91, 1, at, table, 0, prompt);
+    FAIL();
+  } catch (const RuntimeFailure& failure) {
+    EXPECT_EQ(failure.number(), FailureNumber::DivisionByZero);
+  }
+  ASSERT_EQ(dialogs.boxes.size(), 2U);
+  EXPECT_EQ(dialogs.boxes[0].text, "error SputtYield_at_ion If th > 90  ");
+  EXPECT_EQ(dialogs.boxes[0].icon, Icon::Critical);
+  EXPECT_EQ(dialogs.boxes[1].text, "Do you want to abort? See Hallam if the error cannot be solved ");
+}
+
 TEST_F(SputterYield, CurvesGiveYieldTimesAngularFactor) {
   YieldTable table = Prepare(
       Curves({"100 0.5|300 1.5|500 2.5", "10 1|50 1.6|90 0", "100 0.8|500 1.6"}, {"100 1|500 3", "10 2", "100 7"}));

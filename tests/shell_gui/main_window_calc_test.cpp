@@ -1,4 +1,7 @@
+#include <algorithm>
+#include <cstdlib>
 #include <iostream>
+#include <thread>
 
 #include "calc_link/test_office.h"
 #include "shell_gui/main_window_fixture.h"
@@ -17,6 +20,13 @@ constexpr double kTableLimit = 60'000;
 constexpr double kMoveLimit = 1000;
 constexpr double kTableLimit = 4000;
 #endif
+// A limit for an idle machine, as it is on one that shares its processors with other work.
+double Shared(double limit) {
+  double load = 0;
+  if (getloadavg(&load, 1) != 1) return limit;
+  return limit * std::max(1.0, load / std::max(1U, std::thread::hardware_concurrency()));
+}
+
 constexpr int kPatience = 60'000;  // milliseconds
 constexpr int kRows = 40;          // of the first curve; the second has half of them
 constexpr const char* kKeywordCell = "B10";
@@ -117,7 +127,7 @@ TEST_F(MainWindowCalcTest, FollowsTheActiveCellAndOutlivesCalc) {
       slowest = std::max(slowest, time);
     }
   }
-  EXPECT_LT(slowest, kMoveLimit);
+  EXPECT_LT(slowest, Shared(kMoveLimit));
   RecordProperty("milliseconds", static_cast<int>(slowest));
   Move("AE1", curve);
   Keep("main_window_calc.png");
@@ -158,7 +168,7 @@ TEST_F(MainWindowCalcTest, StaysAliveWhileCalcHangs) {
     QTest::qSleep(10);
   }
   std::cout << "the longest turn of the window: " << longest << " ms\n";
-  EXPECT_LT(longest, kMoveLimit);
+  EXPECT_LT(longest, Shared(kMoveLimit));
   EXPECT_TRUE(ShowsCurve(5)) << "the view stays";
   office_.Hang(false);
   Drive("type\tE2\t=MAX(A1:C7)");
@@ -178,8 +188,55 @@ TEST_F(MainWindowCalcTest, PlotsALargeTableInAFewSeconds) {
   const double time = Move("Q1", [&] { return ShowsCurve(64000); });
   std::cout << "64,000 x 15 cells shown after " << time << " ms\n";
   RecordProperty("milliseconds", static_cast<int>(time));
-  EXPECT_LT(time, kTableLimit);
+  EXPECT_LT(time, Shared(kTableLimit));
   EXPECT_EQ(run_->lists.PanelCount2, 63999);
+}
+
+// Another window of the same user on the same Calc, with a link and settings of its own.
+class OtherWindow : public MainWindowTest {
+ public:
+  explicit OtherWindow(const CalcLinkSettings& settings) : link_(settings) { SetUp(); }
+  ~OtherWindow() override { TearDown(); }
+  void Show() {
+    window_->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
+  }
+  void Follow() { Menu("mnuOinteractive"); }
+  bool ShowsCurve(int rows) const {
+    return !window_->Busy() && run_->lists.PlotLoaded == 1 && run_->lists.NumberPoints == rows - 1;
+  }
+
+ private:
+  Spreadsheet& Link() override { return link_; }
+  void TestBody() override {}
+
+  CalcLink link_;
+};
+
+TEST_F(MainWindowCalcTest, TwoWindowsFollowOneCalc) {
+  Drive("new\tscalc");
+  Drive("type\tE1\t=MAX(A1:C5)");
+  Drive("type\tE2\t=MAX(A1:C8)");
+  Drive("select\tE1");
+  auto other = std::make_unique<OtherWindow>(office_.Settings());
+  ShowWindow();
+  other->Show();
+  const auto both = [&](int rows) {
+    return QTest::qWaitFor([&] { return ShowsCurve(rows) && other->ShowsCurve(rows); }, kPatience);
+  };
+  ASSERT_TRUE(both(5));
+  Menu("mnuOinteractive");
+  other->Follow();
+  for (int round = 0; round < 2; ++round) {
+    Drive("select\tE2");
+    EXPECT_TRUE(both(8));
+    Drive("select\tE1");
+    EXPECT_TRUE(both(5));
+  }
+  other.reset();
+  Drive("select\tE2");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return ShowsCurve(8); }, kPatience))
+      << "the end of one leaves the other: " << State();
 }
 
 }  // namespace

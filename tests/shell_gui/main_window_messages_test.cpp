@@ -1,3 +1,4 @@
+#include <QDockWidget>
 #include <QRegularExpression>
 #include <algorithm>
 
@@ -192,6 +193,25 @@ TEST_F(MainWindowMessagesTest, TheFirstActivationSetsItsControls) {
   EXPECT_GE(Find<QComboBox>("Combo1")->width(), 390);
   dialogs_->Log("first line\nsecond line");
   EXPECT_EQ(Find<QLineEdit>("Text12")->text(), "first line second line");
+}
+
+TEST_F(MainWindowMessagesTest, TheManualThatIsNotThereIsTold) {
+  ShowSample();
+  const BoxAnswers boxes;
+  Menu("mnuHManual");
+  EXPECT_EQ(boxes.texts, std::vector<std::string>{"The manual is not beside the program."});
+}
+
+TEST_F(MainWindowMessagesTest, ThePanelOfLevelLinesStaysAwayUntilThereAreSome) {
+  ShowSample();
+  const auto panel = [&] { return window_->findChild<QDockWidget*>(); };
+  ASSERT_NE(panel(), nullptr);
+  panel()->show();
+  settings_->Write("ToolBars", "User", window_->saveState().toBase64().toStdString());
+  End();
+  Begin();
+  ShowSample();
+  EXPECT_FALSE(panel()->isVisible());
 }
 
 TEST_F(MainWindowMessagesTest, DemoIsAWordAndNoSpecification) {

@@ -241,7 +241,8 @@ TEST_F(OptionsFrameTest, TabWalksAsTheEyeDoes) {
   }
   EXPECT_EQ(met.size(), kOptionControls.size() - 1 + kOptionTriples + 1) << "all but the closed help, patches, Browse";
   EXPECT_EQ(met[1], "Check1(1)");
-  EXPECT_EQ(met[10], "Text4(0)");
+  EXPECT_EQ(met[10], "Check8(0)");
+  EXPECT_EQ(met[13], "Text4(0)");
   EXPECT_EQ(met.back(), "Check7");
 }
 

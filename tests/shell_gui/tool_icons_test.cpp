@@ -30,7 +30,7 @@ int InkOf(const QImage& image) {
   return ink;
 }
 
-const std::vector<std::string> kOtherKeys{"dolly", "orbit",  "pitch", "yaw",      "roll",
+const std::vector<std::string> kOtherKeys{"dolly", "orbit",  "pitch", "yaw",       "roll",
                                           "move",  "rotate", "scale", "arcrotate", "demo"};
 
 TEST(ToolIconsTest, EachKeyHasAPictureOfItsOwn) {

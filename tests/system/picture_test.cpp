@@ -98,13 +98,13 @@ TEST_F(PictureTest, TakesTheSettingsOfTheOptionsFrame) {
 
 TEST_F(PictureTest, LevelLinesAreWritten) {
   const std::string model = Example("primitive_gallery.xlsx");
-  const std::vector<std::string> files = {"--level-lines", File("new/lines.png"), "--level-lines", File("lines.svg"),
-                                          "--size", "400x300"};
+  const std::vector<std::string> files = {
+      "--level-lines", File("new/lines.png"), "--level-lines", File("lines.svg"), "--size", "400x300"};
   const auto run = [&](std::vector<std::string> more) {
     more.insert(more.end(), files.begin(), files.end());
     return Run(model, more);
   };
-  ASSERT_EQ(run({"--options", "L 1"}), kExitDone) << err;
+  ASSERT_EQ(run({"--options", "L 2"}), kExitDone) << err;
   EXPECT_TRUE(OutHas("Level lines " + File("lines.svg")));
   const Image image = Png("new/lines.png");
   EXPECT_EQ(image.width, 400);
@@ -122,7 +122,7 @@ TEST_F(PictureTest, LevelLinesAreWritten) {
 
   EXPECT_EQ(Run(model, {"--options", "L 99"}), kExitDone) << "no file was asked for";
   EXPECT_TRUE(ErrHas("there is no primitive 99") || OutHas("there is no primitive 99")) << out << err;
-  EXPECT_EQ(Run(model, {"--options", "L 1", "--level-lines", File("lines.pdf")}), kExitUsage);
+  EXPECT_EQ(Run(model, {"--options", "L 2", "--level-lines", File("lines.pdf")}), kExitUsage);
   EXPECT_TRUE(ErrHas(".svg")) << err;
 }
 
@@ -188,6 +188,24 @@ TEST_F(PictureTest, AnotherKeywordOfTheSettingsMarksRanges) {
   EXPECT_EQ(show("=PLOT(A1:C3)"), kExitDone) << err;
   EXPECT_EQ(show("=MAX(A1:C3)"), kExitWorkbook);
   EXPECT_TRUE(ErrHas("=PLOT(A2:C60)")) << err;
+}
+
+// A second range without values: with it known, the points keep the value 0; otherwise they would take z.
+TEST_F(PictureTest, AnotherKeywordOfTheSettingsMarksTheRangesOfAPlotFile) {
+  std::filesystem::create_directories(File("set"));
+  folder.Write("set/settings.json", R"({"Use": {"Setstr02.00": "PLOT"}})");
+  const auto picture = [&](const std::string& keyword, const std::string& settings) {
+    folder.Write("plot.txt", "From: \tb\ts\t=" + keyword + "(A1:C3)+" + keyword +
+                                 "(D1:D3)\t1\tPENUP\tDate \n1\t2\t3\n4\t5\t6\n7\t8\t9\n");
+    EXPECT_EQ(Program({"show", File("plot.txt"), "--settings", File(settings), "--image", File("p.png"), "--size",
+                       "200x150"}),
+              kExitDone)
+        << err;
+    return Png("p.png");
+  };
+  const Image known = picture("MAX", "usual");
+  EXPECT_EQ(picture("PLOT", "set"), known);
+  EXPECT_NE(picture("MAX", "set"), known);
 }
 
 TEST_F(PictureTest, WhatCannotBePlottedIsTold) {

@@ -675,6 +675,39 @@ TEST(ClassGl, AFailureInDrawingIsTold) {
   EXPECT_THROW(s.control.PaintAnew(*s.scene), ProgramEnd);
 }
 
+// A body that fails leaves neither the program nor a matrix behind.
+TEST(ClassGl, AFailureOfABodyIsToldToo) {
+  struct FailingBodies : SceneBodies {
+    void DrawSatellite(ClassGl&) override { fail("satellite"); }
+    void SetSunLight(ClassGl&) override { fail("sun"); }
+    void DrawEarth(ClassGl&) override { fail("earth"); }
+    void DrawMoon(ClassGl&) override { fail("moon"); }
+    std::function<void(const std::string&)> fail = [](const std::string&) {};
+  } bodies;
+  RecordedScene s({}, &bodies);
+  s.AddPoint(0, 0, 0, 0);
+  s.AddPoint(1, 10, 0, 0);
+  s.AddTrace(0, 1, 0, 0);
+  s.lists.EarthOn = true;
+  s.Start();
+  for (const std::string failing : {"satellite", "sun", "earth", "moon"}) {
+    SCOPED_TRACE(failing);
+    bodies.fail = [&](const std::string& name) {
+      if (name == failing) Raise(FailureNumber::DivisionByZero);
+    };
+    s.dialogs.boxes.clear();
+    s.control.PaintAnew(*s.scene);
+    ASSERT_THAT(s.dialogs.boxes, SizeIs(2));
+    EXPECT_EQ(s.dialogs.boxes[0].title, "Error D B L");
+    long open = 0;
+    for (const GlCall& call : s.control.Recording().Calls()) {
+      if (call.operation == GlOperation::PushMatrix) ++open;
+      if (call.operation == GlOperation::PopMatrix) --open;
+    }
+    EXPECT_EQ(open, 0);
+  }
+}
+
 TEST(ClassGl, FailuresOfListsInTheMakingAreSilent) {
   FailingScene s;
   for (const FailureNumber number :

@@ -58,12 +58,19 @@ TEST_F(ClassInterfaceTest, TheEndOfTheLastRowBeginsNoFurtherPoint) {
 TEST_F(ClassInterfaceTest, TextsThatAreNotUtf8AreReadAsWindowsDoes) {
   other.InterFaceXls("caf\xe9", 0);
   EXPECT_EQ(other.Selection(), "café");
-  other.GlrayonXls("\xa0" "1\t\xa0" "2\xa0\t3", 1);
+  other.GlrayonXls(
+      "\xa0"
+      "1\t\xa0"
+      "2\xa0\t3",
+      1);
   EXPECT_EQ(lists.NumberPoints, 0);
   EXPECT_EQ(Point(1, 0), 1);
   EXPECT_EQ(Point(2, 0), 2);
   EXPECT_EQ(lists.Title, "café");
-  other.GlrayonXlsT("\xa0" "7", 0);
+  other.GlrayonXlsT(
+      "\xa0"
+      "7",
+      0);
   EXPECT_EQ(Point(0, 0), 7);
   other.GlEventsXls("1\tS\xa0", 1);
   EXPECT_EQ(lists.EventList(1, 0), 1);

@@ -273,6 +273,26 @@ TEST_F(ExcelWatchTest, FollowsTheMainKeyword) {
   EXPECT_EQ(watch.Pass(), WatchPass::Armed) << "an empty one marks nothing";
 }
 
+TEST_F(ExcelWatchTest, TakesTheKeywordInAnyCase) {
+  sheet.Set({6, 1}, "=max(a2:c60) \"PENUP\"");
+  Settle(2);
+  Go(6);
+  EXPECT_EQ(watch.Pass(), WatchPass::Ran) << "at once, as a change between specifications";
+}
+
+TEST_F(ExcelWatchTest, ABusySpreadsheetIsThere) {
+  EXPECT_TRUE(watch.IsThere());
+  sheet.attachFailures = {50290};
+  EXPECT_TRUE(watch.IsThere()) << "the second look has it";
+  sheet.attachFailures = {50290, 50290};
+  EXPECT_TRUE(watch.IsThere()) << "busy all the time";
+  sheet.attachFailures = {50290, 429};
+  EXPECT_FALSE(watch.IsThere()) << "it took its time to tell that there is none";
+  sheet.attachFailures = {429};
+  EXPECT_FALSE(watch.IsThere());
+  EXPECT_TRUE(dialogs.boxes.empty());
+}
+
 TEST_F(ExcelWatchTest, AnotherSheetOrWindowBeginsAnew) {
   Settle(2);
   sheet.UseSheet("Other");
@@ -572,12 +592,16 @@ TEST_F(ExcelWatchTest, TheMenuForgetsWhatWasChosenAndRuns) {
   session.attachFailures = 1;
   watch.ChooseFile();
   lists.VectorCount = 7;
+  lists.rotation.present = true;
+  lists.rotation.main.start = 12;
   watch.mnuUpdateExcel();
   EXPECT_EQ(calls, (Calls{"ForgetPlot", "menus off", "Check1(7) off", "CommExcel"}));
   EXPECT_FALSE(runByWatch) << "who asked for it is told when there is nothing to plot";
   EXPECT_EQ(firstDrawInRun, 1);
   EXPECT_EQ(lists.FirstDraw, 0);
   EXPECT_EQ(lists.VectorCount, 0);
+  EXPECT_FALSE(lists.rotation.present) << "the turn of the plot before ends";
+  EXPECT_EQ(lists.rotation.main.start, 0);
   EXPECT_EQ(session.SourceMode, 0);
   EXPECT_EQ(session.ExcelState, 0);
   EXPECT_EQ(session.FileMode, 0);

@@ -1,6 +1,7 @@
 #include "model/sheet_grid.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "numerics/failure.h"
@@ -10,6 +11,8 @@ namespace orv {
 namespace {
 
 const std::string kNothing;
+
+constexpr int kCellsWalkedOver = 32;
 
 bool IsLetter(char c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
@@ -167,8 +170,13 @@ std::string SheetGrid::RangeText(std::string_view a1Range) const {
     if (size() > kLargestCopy) Raise(FailureNumber::ApplicationDefined);
   }
   std::string text;
+  auto next = cells_.lower_bound(KeyOf(range.first));
   for (int row = range.first.row; row <= range.last.row; ++row) {
-    auto next = cells_.lower_bound(KeyOf({row, range.first.column}));
+    // Over a few cells beside the rectangle it is quicker to walk to the next row than to look for it.
+    const Key rowStart = KeyOf({row, range.first.column});
+    for (int steps = 0; next != cells_.end() && next->first < rowStart; ++steps) {
+      next = steps < kCellsWalkedOver ? std::next(next) : cells_.lower_bound(rowStart);
+    }
     for (int column = range.first.column; column <= range.last.column; ++column) {
       if (column > range.first.column) text.push_back('\t');
       if (next == cells_.end() || next->first != KeyOf({row, column})) continue;

@@ -134,13 +134,15 @@ CommExcel::Outcome MainRun::ReadOrEnd(CommExcel& reading, ModelData& model, bool
 
 // A selection that is cancelled leaves everything as it was: the model whose results are shown, and its file.
 bool MainRun::RunModel(ModelData&& model) {
-  if (!model.DatabaseHasTables()) {
+  const bool hadResults = run_.record.finished;
+  // That nothing at all was found is told by the run itself.
+  if (!model.DatabaseIsEmpty() && !model.DatabaseHasTables()) {
+    if (hadResults) TakeShown();
     Tell("The sheet \"" + model.SheetName + "\" of the workbook \"" + model.WorkbookName +
              "\" holds no database: nothing was computed.",
          "Workbook");
     return false;
   }
-  const bool hadResults = run_.record.finished;
   ModelData before = std::move(run_.model);
   run_.model = std::move(model);
   workbookRead_ = file_;
@@ -148,11 +150,15 @@ bool MainRun::RunModel(ModelData&& model) {
   if (computed) lastText_ = run_.record.TraceFile;
   if (!computed && hadResults && run_.record.finished) {
     run_.model = std::move(before);
-    source_ = shown_.source;
-    file_ = shown_.file;
-    fileHoldsPlot_ = shown_.fileHoldsPlot;
+    TakeShown();
   }
   return computed;
+}
+
+void MainRun::TakeShown() {
+  source_ = shown_.source;
+  file_ = shown_.file;
+  fileHoldsPlot_ = shown_.fileHoldsPlot;
 }
 
 bool MainRun::PlotRanges(Spreadsheet& sheet) {

@@ -64,6 +64,7 @@ class MainRun {
   bool ReadSpreadsheet(Spreadsheet& sheet);
   bool ReadWorkbook();
   bool RunModel(ModelData&& model);
+  void TakeShown();  // the source of what is shown
   bool PlotRanges(Spreadsheet& sheet);
   bool ShowPlotFile();
   CommExcel::Outcome ReadOrEnd(CommExcel& reading, ModelData& model, bool linked);

@@ -86,6 +86,26 @@ TEST(SheetGrid, CopiesAThousandRowsInFullWhenAskedFor) {
   EXPECT_EQ(text.size(), 1U + 2 * 1000);
 }
 
+// Few cells beside the rectangle are walked over, many are jumped.
+TEST(SheetGrid, CopiesAPartOfRowsOfAnyWidth) {
+  for (const int width : {5, 15, 40, 300}) {
+    SheetGrid grid;
+    for (int row = 1; row <= 9; ++row) {
+      for (int column = row % 3; column <= width; ++column) {
+        if (column > 0 && row % 4 != 0) grid.Set({row, column}, std::to_string(1000 * row + column));
+      }
+    }
+    for (const int first : {1, 2, width - 1}) {
+      std::string expected;
+      for (int row = 2; row <= 11; ++row) {
+        expected += grid.Value({row, first}) + "\t" + grid.Value({row, first + 1}) + "\r\n";
+      }
+      EXPECT_EQ(grid.RangeText(CellName({2, first}) + ":" + CellName({11, first + 1})), expected)
+          << width << ", " << first;
+    }
+  }
+}
+
 TEST(SheetGrid, RefusesARectangleInUseThatIsTooLarge) {
   SheetGrid grid;
   grid.Set({1, 1}, "x");

@@ -92,6 +92,20 @@ TEST_F(MainWindowMessagesTest, TheWalkTellsOfThePlotsItPassesOver) {
   EXPECT_EQ(said, "NO DATA for this plot, process not performed");
 }
 
+TEST_F(MainWindowMessagesTest, AWorkbookWithoutADatabaseLeavesWhatIsShown) {
+  ShowPlot(13);
+  const std::string id = run_->model.ModelId;
+  const std::filesystem::path file = folder_.path() / "bare.txt";
+  std::ofstream(file) << "\n\n\tOrvdata Bare\n\tgold\tA rect 1 1 2 2\n\n";
+  const BoxAnswers boxes;
+  window_->OpenFile(file.string());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !window_->Busy(); }, 10000));
+  EXPECT_TRUE(boxes.Holds("The sheet \"bare\" of the workbook \"bare.txt\" holds no database: nothing was computed."));
+  EXPECT_EQ(run_->model.ModelId, id);
+  EXPECT_TRUE(run_->record.finished);
+  EXPECT_EQ(window_->Source().File(), workbook_);
+}
+
 TEST_F(MainWindowMessagesTest, LostMaterialsAreToldWhenTheSelectionOpens) {
   ShowPlot(13);
   run_->materials.MaterialsUsed.clear();

@@ -23,7 +23,7 @@ namespace {
 const char* const kFooter = R"text(
 Examples:
   orvvalis
-      the window, with the sample plot
+      the window, with what is open in the running spreadsheet, the last plot or the sample
   orvvalis examples/telecom_satellite.xlsx
       the window, with the example satellite
   orvvalis run examples/telecom_satellite.xlsx --plot 13
@@ -137,7 +137,9 @@ void DescribePicture(CLI::App& command, PictureArguments& p, bool required) {
       ->check(size)
       ->type_name("WxH")
       ->group(group);
-  command.add_option("--pixel-ratio", p.pixelRatio, "Size of texts and lines, 2 for pictures that are shown small")
+  command
+      .add_option("--pixel-ratio", p.pixelRatio,
+                  "Size of texts and lines, 0.5 to 8; 2 for pictures that are shown small")
       ->check(CLI::Range(0.5, 8.0))
       ->group(group);
   command
@@ -160,10 +162,13 @@ void DescribePicture(CLI::App& command, PictureArguments& p, bool required) {
                   "labels and dots; 5 none")
       ->check(CLI::Range(0, kScaleModes - 1))
       ->group(group);
-  command.add_option("--frame-fraction", p.frameFraction, "Draw the plot up to this thousandth (default: 1000)")
+  command
+      .add_option("--frame-fraction", p.frameFraction, "Draw the plot up to this thousandth, 0 to 1000 (default: 1000)")
       ->check(CLI::Range(0, 1000))
       ->group(group);
-  command.add_option("--start-fraction", p.startFraction, "Leave out the plot up to this thousandth (default: 0)")
+  command
+      .add_option("--start-fraction", p.startFraction,
+                  "Leave out the plot up to this thousandth, 0 to 1000 (default: 0)")
       ->check(CLI::Range(0, 1000))
       ->group(group);
   command.add_option("--background", p.background, "white, or red,green,blue from 0 to 255 (default: as stored)")
@@ -205,9 +210,10 @@ void DescribeRun(CLI::App& run, Arguments& a) {
   run.add_option("--plot", a.plot, "Number of the quantity to compute and show, such as 13 for the ion density")
       ->required()
       ->check(CheckPlot);
-  run.add_option("--options", a.options,
-                 "Plot options: L n, list of one primitive; C n, compatibility with earlier releases; G, full listing; "
-                 "F n, check case");
+  run.add_option(
+      "--options", a.options,
+      "Plot options: L n, list of one primitive, and level lines on it; C n, compatibility with earlier releases, "
+      "above 39 heights of cylinders; G, full listing; F n, check case for the developers");
   run.add_option("--log", a.log, "Logarithmic scale: 0 none, 1 with margins for zero, 2 without margins")
       ->check(CLI::Range(0, 2));
   run.add_option("--case", a.caseName, "Name of the computation, for the trace file");
@@ -231,8 +237,10 @@ void DescribeRun(CLI::App& run, Arguments& a) {
       ->check(CheckDate);
   run.add_flag("--summary", a.summary, "Print the tables of all effects: heat, forces, moments, erosion, redeposition");
   run.add_flag("--quiet", a.quiet, "Print problems and questions only");
-  run.add_option("--level-lines", a.levelLines,
-                 "Draw level lines over the primitive of --options \"L n\" into this file, .png or .svg")
+  run.add_option(
+         "--level-lines", a.levelLines,
+         "Draw level lines over the primitive of --options \"L n\" into this file, .png or .svg; may be given several "
+         "times")
       ->check(CheckLevelLines)
       ->allow_extra_args(false)
       ->group("Picture");
@@ -298,7 +306,9 @@ std::optional<Arguments> ParseArguments(int argc, const char* const* argv, std::
   app.footer(kFooter);
   app.set_version_flag("--version", std::string("OrvValis ") + ORV_VERSION, "Print the version and end");
   app.require_subcommand(0, 1);
-  app.add_option("FILE", a.workbook, "Workbook or plot file to open in the window (without one: the sample plot)")
+  app.add_option("FILE", a.workbook,
+                 "Workbook or plot file to open in the window (without one: the running spreadsheet's, the last plot "
+                 "or the sample)")
       ->check(CheckFile);
   app.add_option("--settings", a.settingsFolder, "Folder of settings and trace file (default: the user's own)");
   app.add_option("--door", a.door,

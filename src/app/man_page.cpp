@@ -24,14 +24,28 @@ std::string Roff(const std::string& text) {
   return result;
 }
 
+// The name of a type without what its checks say of themselves behind a colon, such as "INT:INT in [0 - 2]".
+std::string TypeOf(const CLI::Option& option) {
+  const std::string name = option.get_type_name();
+  return name.substr(0, name.find(':'));
+}
+
+// What a program is, for a list of programs: "Name: what it is." without its name and full stop.
+std::string Purpose(const CLI::App& program) {
+  std::string purpose = program.get_description();
+  const std::size_t colon = purpose.find(": ");
+  if (colon != std::string::npos) purpose.erase(0, colon + 2);
+  if (purpose.ends_with('.')) purpose.pop_back();
+  return purpose;
+}
+
 void AppendOptions(const CLI::App& command, std::string& page) {
   for (const CLI::Option* option : command.get_options()) {
     if (option->get_group().empty()) continue;
     const std::string name = option->get_name(option->get_positional(), true);
     page += ".TP\n.B " + Roff(name);
-    if (!option->get_positional() && !option->get_type_name().empty()) {
-      page += " \\fI" + Roff(option->get_type_name()) + "\\fR";
-    }
+    const std::string type = TypeOf(*option);
+    if (!option->get_positional() && !type.empty()) page += " \\fI" + Roff(type) + "\\fR";
     page += "\n" + Roff(option->get_description()) + "\n";
   }
 }
@@ -46,11 +60,10 @@ void AppendFooter(const std::string& footer, std::string& page) {
 
 std::string ManPage(const CLI::App& program, const std::string& version) {
   const std::string& name = program.get_name();
-  const std::string description = program.get_description();
   std::string capitals;
   for (const char c : name) capitals += static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
   std::string page = ".TH " + capitals + " 1 \"\" \"" + capitals + " " + Roff(version) + "\" \"User commands\"\n";
-  page += ".SH NAME\n" + Roff(name) + " \\- " + Roff(description) + "\n";
+  page += ".SH NAME\n" + Roff(name) + " \\- " + Roff(Purpose(program)) + "\n";
   page += ".SH SYNOPSIS\n.B " + Roff(name) + "\n[\\fIFILE\\fR]\n";
   for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
     page += ".br\n.B " + Roff(name + " " + command->get_name()) + "\n[\\fIARGUMENTS\\fR]\n";

@@ -28,8 +28,9 @@ class SolarSystem {
   // satellites of Jupiter; 22 to 25 those of Saturn; 31 the Moon. `unused` is for callers that name a parent body.
   // Failure 9 for any other body.
   //
-  // Directions agree with published ones to 0.05 degrees for Mercury to Mars, 0.7 for Jupiter, Neptune and Pluto, 0.2
-  // for Saturn and 2.8 for Uranus, 1950 to 2050; the Moon to 0.4.
+  // Directions from the Sun agree with published ones to 0.05 degrees for Mercury to Mars, 0.7 for Jupiter, Neptune and
+  // Pluto, 0.2 for Saturn and 2.8 for Uranus, 1950 to 2050; seen from the Earth Mercury to Mars to 0.07, Jupiter to 0.8
+  // and Uranus to 2.9. The Moon agrees to 0.4.
   void p_tarquinEcliptic(double t, int body, double unused, Vector3& heliocentric, Vector3& geocentric);
 
   // The tables; a change of an element holds from the next computation on.

@@ -231,6 +231,19 @@ TEST_F(ArgumentsTest, ARunMayTakeTheModelFromTheRunningSpreadsheet) {
   ExpectRefused({"run", "--link", "--cell", "B4", "--plot", "13"}, "--link");
 }
 
+TEST_F(ArgumentsTest, TheManualPageNamesTypesAndThePurpose) {
+  EXPECT_FALSE(Parse({"--man-page"}));
+  EXPECT_EQ(exitCode, kExitDone);
+  const std::string page = out.str();
+  for (const char* part : {".SH NAME\norvvalis \\- what an electric", ".B \\-\\-sides \\fIINT\\fR\n",
+                           ".B \\-\\-on\\-question \\fITEXT\\fR\n", ".B \\-\\-size \\fIWxH\\fR\n"}) {
+    EXPECT_NE(page.find(part), std::string::npos) << part;
+  }
+  for (const char* mark : {"INT:", "FLOAT:", "TEXT:", "orvvalis \\- OrvValis"}) {
+    EXPECT_EQ(page.find(mark), std::string::npos) << mark;
+  }
+}
+
 TEST_F(ArgumentsTest, WithoutACommandTheWindowOpens) {
   const auto plain = Parse({});
   ASSERT_TRUE(plain);

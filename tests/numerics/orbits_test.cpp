@@ -205,6 +205,38 @@ TEST(SolarSystem, PlanetsOfACenturyAgreeWithPublishedElements) {
   }
 }
 
+// The place of a body from that of the Earth, both seen from the Sun.
+Spherical SeenFrom(const Spherical& earth, const Spherical& body) {
+  const auto rectangular = [](const Spherical& place) {
+    const double l = DegToRad(place.longitude);
+    const double b = DegToRad(place.latitude);
+    const double r = place.radius * kAstronomicalUnit;
+    return Vector3(r * std::cos(b) * std::cos(l), r * std::cos(b) * std::sin(l), r * std::sin(b));
+  };
+  Vector3 apart;
+  vScaleAdd(rectangular(earth), -1, rectangular(body), apart);
+  return SphericalOf(apart);
+}
+
+// Seen from the Earth a near planet shows more of the error of its place, and of the Earth's.
+TEST(SolarSystem, PlanetsOfACenturyAgreeSeenFromTheEarth) {
+  struct Row {
+    int body;
+    double tolerance;  // degrees
+  };
+  Sky sky;
+  for (const Row& row :
+       {Row{1, 0.03}, Row{2, 0.03}, Row{4, 0.07}, Row{5, 0.8}, Row{6, 0.2}, Row{7, 2.9}, Row{8, 0.6}, Row{9, 0.7}}) {
+    for (double day = DayNumber(1950, 1, 1); day < DayNumber(2050, 1, 1); day += 17.37) {
+      const Spherical expected = SeenFrom(ByElements(kKeplerian[2], day), ByElements(kKeplerian[row.body - 1], day));
+      const Spherical place = sky.FromEarth(day, row.body);
+      const double alongLatitude = Apart(place.longitude, expected.longitude) * std::cos(DegToRad(expected.latitude));
+      ASSERT_LT(std::hypot(alongLatitude, place.latitude - expected.latitude), row.tolerance)
+          << "body " << row.body << " on day " << day;
+    }
+  }
+}
+
 // Meeus, example 47.a.
 TEST(SolarSystem, MoonOfAKnownDay) {
   Sky sky;

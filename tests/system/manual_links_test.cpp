@@ -57,6 +57,21 @@ TEST(ManualLinksTest, TheFirstPageListsEveryPage) {
   }
 }
 
+// Rows that follow an empty line without a head of their own are shown as text with bars.
+TEST(ManualLinksTest, EveryTableHasAHead) {
+  std::size_t tables = 0;
+  for (const Page& page : AllPages()) {
+    for (std::size_t k = 0; k < page.prose.size(); ++k) {
+      const bool begins = page.prose[k].starts_with("|") && (k == 0 || !page.prose[k - 1].starts_with("|"));
+      if (!begins) continue;
+      ++tables;
+      EXPECT_TRUE(k + 1 < page.prose.size() && page.prose[k + 1].find("---") != std::string::npos)
+          << page.name << ":" << k + 1;
+    }
+  }
+  EXPECT_GT(tables, 60U);
+}
+
 // The window shows the pages as they are: a fence that is not closed would swallow the rest.
 TEST(ManualLinksTest, EveryFenceIsClosed) {
   for (const Page& page : AllPages()) {

@@ -74,9 +74,9 @@ TEST_F(PictureTest, APictureThatCannotBeWrittenIsTold) {
 
 // Satellite, planets and their pictures come from the same settings as in the window.
 TEST_F(PictureTest, TakesTheSettingsOfTheOptionsFrame) {
-  const auto draw = [&](const std::string& file) {
-    EXPECT_EQ(Program({"show", Example("range_plots.xlsx"), "--spec", "=MAX(A24:O114)", "--settings", File("set"),
-                       "--image", File(file), "--size", "200x150"}),
+  const auto draw = [&](const std::string& file, const std::string& spec = "=MAX(A24:O114)") {
+    EXPECT_EQ(Program({"show", Example("range_plots.xlsx"), "--spec", spec, "--settings", File("set"), "--image",
+                       File(file), "--size", "200x150"}),
               kExitDone)
         << err;
     return Png(file);
@@ -92,7 +92,7 @@ TEST_F(PictureTest, TakesTheSettingsOfTheOptionsFrame) {
   store("Setstr03.00", "3000");
   EXPECT_NE(draw("large.png"), satellite);
   store("Setstr00.00", "absent.jpg");
-  draw("bare.png");
+  draw("bare.png", "=0.001*MAX(A24:O114)");  // an orbit: the Earth is drawn
   EXPECT_TRUE(ErrHas("absent.jpg") || OutHas("absent.jpg")) << out << err;
 }
 
@@ -124,6 +124,23 @@ TEST_F(PictureTest, LevelLinesAreWritten) {
   EXPECT_TRUE(ErrHas("there is no primitive 99") || OutHas("there is no primitive 99")) << out << err;
   EXPECT_EQ(Run(model, {"--options", "L 2", "--level-lines", File("lines.pdf")}), kExitUsage);
   EXPECT_TRUE(ErrHas(".svg")) << err;
+}
+
+// The frame without lines is a picture all the same: the reason is told once, also when the run is quiet.
+TEST_F(PictureTest, MissingLevelLinesAreToldOnce) {
+  for (const bool quiet : {false, true}) {
+    std::vector<std::string> words = {"--plot", "7",    "--options",     "L 1",
+                                      "--case", "flat", "--level-lines", File("flat.svg")};
+    words.insert(words.end(), {"--level-lines", File("flat.png")});
+    if (quiet) words.emplace_back("--quiet");
+    EXPECT_EQ(Run(Example("tutorial.xlsx"), words), kExitDone);
+    const std::string warning = "Warning [Picture]: Error in Contour Levels\n";
+    const std::size_t place = err.find(warning);
+    ASSERT_NE(place, std::string::npos) << err;
+    EXPECT_EQ(err.find("Contour Levels", place + warning.size()), std::string::npos) << err;
+    EXPECT_FALSE(OutHas("Contour Levels")) << out;
+    EXPECT_EQ(Png("flat.png").width, 1280);
+  }
 }
 
 TEST_F(PictureTest, APlotFileIsShown) {

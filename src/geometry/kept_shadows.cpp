@@ -19,7 +19,7 @@ void ForEachCell(int countI, int countJ, Work&& work) {
 
 KeptShadows::KeptShadows(const Cells& cells) {
   const CellBlock& data = cells.CellData;
-  primitives_.resize(static_cast<std::size_t>(data.primitives() + 1));
+  primitives_.resize(static_cast<std::size_t>(data.primitives()) + 1);
   for (int k = 1; k <= data.primitives(); ++k) {
     Primitive& kept = primitives_[static_cast<std::size_t>(k)];
     kept.countI = std::min(cells.CountI(k), data.cellsI());

@@ -3,6 +3,11 @@
 #include <algorithm>
 
 namespace orv {
+namespace {
+
+constexpr int kHintAlpha = 128;  // of 255
+
+}  // namespace
 
 QString ArrayName(const std::string& name, int index) {
   return QString::fromStdString(name) + '(' + QString::number(index) + ')';
@@ -16,14 +21,9 @@ QString ShownText(const std::string& text) {
   return shown;
 }
 
-namespace {
-
-// As rich text a long tip is broken into lines; its blanks stay.
 QString TipText(const QString& text) {
   return "<p style=\"white-space:pre-wrap\">" + text.toHtmlEscaped() + "</p>";
 }
-
-}  // namespace
 
 void ShowTip(QWidget& widget, const std::string& tip) {
   const QString text = QString::fromStdString(tip);
@@ -76,6 +76,12 @@ QLabel* MakeLabel(QWidget* parent, const QString& name, const std::string& capti
 QLineEdit* MakeEdit(QWidget* parent, const QString& name, const std::string& text, const std::string& tip) {
   auto* edit = new QLineEdit(QString::fromStdString(text), parent);
   SetUp(*edit, name, tip);
+  // Some dark themes leave the colour of the hint as it is on white.
+  QPalette palette = edit->palette();
+  QColor hint = palette.color(QPalette::Text);
+  hint.setAlpha(kHintAlpha);
+  palette.setColor(QPalette::PlaceholderText, hint);
+  edit->setPalette(palette);
   return edit;
 }
 

@@ -18,6 +18,9 @@ QString ArrayName(const std::string& name, int index);
 // Line ends of message texts as Qt shows them.
 QString ShownText(const std::string& text);
 
+// As rich text a long tip is broken into lines; its blanks stay.
+QString TipText(const QString& text);
+
 // The tip of a widget, wrapped where it is long; nothing happens when it has that tip already.
 void ShowTip(QWidget& widget, const std::string& tip);
 

@@ -17,6 +17,7 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStatusBar>
@@ -41,6 +42,10 @@ constexpr int kTickMs = 20;
 constexpr const char* kLayoutSection = "ToolBars";
 constexpr const char* kLayoutKey = "User";
 constexpr const char* kGeometryKey = "Geometry";
+constexpr QSize kFirstSize{1180, 860};
+constexpr QSize kRoomOfFrame{16, 48};  // the borders and the title
+constexpr int kNarrowCombo1 = 120;
+constexpr int kNarrowText12 = 80;
 
 const ControlEntry& MainControl(std::string_view name) {
   for (const ControlEntry& entry : kMainControls) {
@@ -68,6 +73,10 @@ QPushButton* MakeMainButton(QWidget* parent, std::string_view name) {
 }
 
 }  // namespace
+
+QSize FirstWindowSize(const QSize& screen) {
+  return kFirstSize.boundedTo(screen - kRoomOfFrame);
+}
 
 frmMain::frmMain(const WindowServices& services, QWidget* parent)
     : QMainWindow(parent),
@@ -124,7 +133,7 @@ frmMain::frmMain(const WindowServices& services, QWidget* parent)
     Do([this] { Tick(); });
     ticking_ = false;
   });
-  resize(1180, 860);
+  resize(FirstWindowSize(screen()->availableGeometry().size()));
   const std::string geometry = services_.settings.Read(kLayoutSection, kGeometryKey, "");
   if (!geometry.empty()) restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(geometry)));
   Refresh();
@@ -185,7 +194,7 @@ void frmMain::BuildCentre() {
   Combo1_ = MakeCombo(centre, "Combo1", std::string(MainControl("Combo1").tip));
   Combo1_->setEditable(true);
   Combo1_->setInsertPolicy(QComboBox::NoInsert);
-  Combo1_->setMinimumWidth(390);
+  Combo1_->setMinimumWidth(kNarrowCombo1);  // it takes what the buttons leave: far more in a wide window
   Combo1_->installEventFilter(this);
   connect(Combo1_->lineEdit(), &QLineEdit::returnPressed, this, [this] { Do([this] { EnterSpecification(); }); });
   connect(Combo1_, &QComboBox::activated, this, [this](int index) { Do([&] { specifications_.Choose(index); }); });
@@ -217,8 +226,7 @@ void frmMain::BuildCentre() {
   optionsFrame_->hide();
   columns->addWidget(optionsFrame_);
   connect(optionsFrame_, &OptionsFrame::Changed, this, [this] {
-    optionsFrame_->setVisible(options_.Visible());
-    GrowForOptions();
+    PlaceOptions(options_.Visible());
     TakeValueAxis();
     View().Control().Redraw();
     Do([] {});
@@ -231,12 +239,11 @@ void frmMain::BuildStatusBar() {
   SetUp(*panel_, "StatusBar1", main_.panelTip, main_.panel);
   panel_->pressed = [this](const ClickKeys& keys) { Do([&] { ClickStatus(keys); }); };
   panel_->released = [this] { Do([this] { replot_->Release(); }); };
-  pickPanel_ = new QLabel(this);
+  pickPanel_ = new ElidedLabel(this);
   SetUp(*pickPanel_, "StatusBar2", "The cell that was clicked, or what is being done", "");
   Text12_ = MakeEdit(this, "Text12", std::string(MainControl("Text12").initial));
   Text12_->setReadOnly(true);
-  Text12_->setMinimumWidth(Text12_->fontMetrics().horizontalAdvance(Text12_->text()) + 16);
-  Text12_->setMaximumWidth(320);
+  Text12_->setMinimumWidth(kNarrowText12);
   ProgressBar1_ = new QProgressBar(this);
   SetUp(*ProgressBar1_, "ProgressBar1", "", "Progress");
   ProgressBar1_->setRange(30, 100);
@@ -247,10 +254,10 @@ void frmMain::BuildStatusBar() {
     services_.warning.show();
     services_.warning.raise();
   });
-  statusBar()->addWidget(panel_, 2);
-  statusBar()->addWidget(pickPanel_, 3);
+  statusBar()->addWidget(panel_, 5);
+  statusBar()->addWidget(pickPanel_, 6);
   statusBar()->addPermanentWidget(ProgressBar1_);
-  statusBar()->addPermanentWidget(Text12_);
+  statusBar()->addPermanentWidget(Text12_, 3);
   statusBar()->addPermanentWidget(show);
 
   Frame1_ = new QWidget(this, Qt::Dialog);
@@ -293,6 +300,8 @@ void frmMain::BuildMenus() {
   menuActions_.at("mnuFOpen")->setShortcut(QKeySequence::Open);
   menuActions_.at("mnuFPrint")->setShortcut(QKeySequence::Print);
   menuActions_.at("mnuFExit")->setShortcut(QKeySequence::Quit);
+  // Shortcuts of a menu that is hidden are dead, but the way out stays.
+  addAction(menuActions_.at("mnuFExit"));
   menuActions_.at("mnuOinteractive")->setCheckable(true);
   menuActions_.at("mnuVGrids")->setCheckable(true);
   menuActions_.at("mnuVVPerspective")->setCheckable(true);
@@ -449,8 +458,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
 
 void frmMain::SaveLayout() {
   // The options are closed at the next start, and their room is not needed.
-  optionsFrame_->hide();
-  GrowForOptions();
+  PlaceOptions(false);
   try {
     services_.settings.Write(kLayoutSection, kLayoutKey, saveState().toBase64().toStdString());
     services_.settings.Write(kLayoutSection, kGeometryKey, saveGeometry().toBase64().toStdString());

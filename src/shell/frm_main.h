@@ -54,6 +54,9 @@ class frmManual;
 // The first panel of the status bar: a text that can be clicked.
 class StatusPanel;
 
+// At the first start, on a screen with that room.
+QSize FirstWindowSize(const QSize& screen);
+
 // The main window: the view in the middle, the toolbar, the specification, the bars that drive the plot, the status bar
 // and the options. What its controls do is told by the rooms of the folder window; this class shows it.
 class frmMain : public QMainWindow, private ViewListener, private ViewWindow, private WatchHost {
@@ -119,7 +122,8 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow, pr
   void ShowLevelLines(bool shown);
   void ChooseWorkbook();
   void ShowOptions(bool shown);
-  void GrowForOptions();
+  void PlaceOptions(bool shown);
+  int WidthBesideOptions() const;
   void LookFrom(const Vec3& position, const Vec3& up);
   bool SavePicture(const std::string& name, const std::string& folder);
   void RepeatPlot();
@@ -217,7 +221,7 @@ class frmMain : public QMainWindow, private ViewListener, private ViewWindow, pr
   QTimer timer_;
   int busy_ = 0;
   int heldKey_ = 0;
-  int grown_ = 0;  // width that the window took for the parts beside the options
+  int grown_ = 0;  // width that the window took for the options
   bool refreshing_ = false;
   bool started_ = false;
   bool closing_ = false;

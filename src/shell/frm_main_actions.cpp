@@ -169,37 +169,39 @@ void frmMain::ChooseWorkbook() {
 
 void frmMain::ShowOptions(bool shown) {
   if (shown) options_.Show();
-  optionsFrame_->setVisible(shown);
-  optionsFrame_->Refresh();
-  GrowForOptions();
+  PlaceOptions(shown);
 }
 
-// The window grows by the parts that open beside the options, as far as the screen reaches, and gives the width back.
-void frmMain::GrowForOptions() {
-  if (isMaximized() || isFullScreen()) return;
+// The window grows by what the options need beside the plot, as far as the screen reaches, and gives the width back.
+void frmMain::PlaceOptions(bool shown) {
   const int plain = width() - grown_;  // before the layouts ask for more
   const QRect space = screen()->availableGeometry();
   const int widest = space.width() - (frameGeometry().width() - width());
-  QLayout& parts = *centralWidget()->layout();
-  if (!optionsFrame_->isHidden()) {
-    parts.activate();
-    const int others = parts.totalMinimumSize().width() - optionsFrame_->minimumSizeHint().width();
-    optionsFrame_->SetWidest(widest - others);
-  }
-  for (QLayout* const layer : {&parts, layout()}) layer->activate();
-  const int wanted = optionsFrame_->isHidden() ? 0 : optionsFrame_->ExtensionWidth();
-  const int grown = std::clamp(widest - plain, 0, wanted);
-  if (grown == grown_) return;
+  optionsFrame_->Refresh();
+  optionsFrame_->SetWidest(widest - WidthBesideOptions());
+  optionsFrame_->setVisible(shown);
+  if (isMaximized() || isFullScreen()) return;
+  for (QLayout* const layer : {centralWidget()->layout(), layout()}) layer->activate();
+  const int wanted = shown ? std::max(optionsFrame_->ExtensionWidth(), minimumSizeHint().width() - plain) : 0;
+  const int grown = std::clamp(wanted, 0, std::max(widest - plain, 0));
   resize(plain + grown, height());
   const int beyond = frameGeometry().right() - space.right();
   if (grown > grown_ && beyond > 0) move(std::max(space.left(), x() - beyond), y());
-  grown_ = std::max(0, width() - plain);
+  grown_ = shown ? std::max(0, width() - plain) : 0;
+}
+
+// What the other parts of the window need at least.
+int frmMain::WidthBesideOptions() const {
+  QLayout& parts = *centralWidget()->layout();
+  parts.activate();
+  const int docks = width() - centralWidget()->width();
+  const int least = parts.totalMinimumSize().width() + docks;
+  return optionsFrame_->isHidden() ? least + parts.spacing() : least - optionsFrame_->minimumSizeHint().width();
 }
 
 void frmMain::CloseOptions() {
   options_.Command2();
-  optionsFrame_->setVisible(options_.Visible());
-  GrowForOptions();
+  PlaceOptions(options_.Visible());
   View().Control().Redraw();
 }
 
@@ -450,7 +452,7 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
   Do([&] {
     input_->FormKeyDown(KeyCode, ShiftOf(event->modifiers()), optionsFrame_->isVisible());
     if (KeyCode != 0) input_->KeyDown(KeyCode, ShiftOf(event->modifiers()));
-    int KeyAscii = event->text().isEmpty() ? 0 : event->text().front().unicode();
+    int KeyAscii = CharacterOf(*event);
     if (KeyCode != 0 && KeyAscii != 0) input_->KeyPress(KeyAscii);
   });
   if (before == 0 || KeyCode == before) QMainWindow::keyPressEvent(event);

@@ -58,6 +58,12 @@ int ButtonsOf(Qt::MouseButtons buttons) {
          (buttons.testFlag(Qt::MiddleButton) ? kMiddleButton : 0);
 }
 
+int CharacterOf(const QKeyEvent& event) {
+  if ((event.modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier)) != 0) return 0;
+  const QString text = event.text();
+  return text.size() == 1 ? text.front().unicode() : 0;
+}
+
 int KeyCodeOf(const QKeyEvent& event) {
   const int key = event.key();
   if ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9) || key == Qt::Key_Space) {
@@ -408,8 +414,7 @@ void glxWidget::keyPressEvent(QKeyEvent* event) {
         listener_->KeyDown(keyCode, ShiftOf(event->modifiers()));
         taken = keyCode == 0;
       }
-      const QString text = event->text();
-      int ascii = text.size() == 1 ? text.front().unicode() : 0;
+      int ascii = CharacterOf(*event);
       if (taken || ascii == 0 || ascii > kLongestPrintable) return;
       listener_->KeyPress(ascii);
       taken = ascii == 0;

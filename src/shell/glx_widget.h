@@ -30,6 +30,8 @@ int ButtonsOf(Qt::MouseButtons buttons);
 // The classic number of a key: letters and digits their capitals, 37 to 40 the arrows, 33 and 34 the pages, 13 Enter,
 // 27 Escape; 0 for a key without one.
 int KeyCodeOf(const QKeyEvent& event);
+// The character that a key types; 0 for none and with Alt, Control or Meta, which call menus.
+int CharacterOf(const QKeyEvent& event);
 
 // What the user does in the view. Places are device pixels from the left and the top.
 class ViewListener {

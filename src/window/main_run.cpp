@@ -147,7 +147,7 @@ bool MainRun::RunModel(ModelData&& model) {
   run_.model = std::move(model);
   workbookRead_ = file_;
   const bool computed = a_SpaceApplication(run_, selection_, phases_);
-  if (computed) lastText_ = run_.record.TraceFile;
+  if (computed) lastText_.clear();  // no plot file holds what is shown
   if (!computed && hadResults && run_.record.finished) {
     run_.model = std::move(before);
     TakeShown();

@@ -284,6 +284,17 @@ TEST_F(GlxWidgetTest, KeysHaveTheirClassicNumbers) {
                                          "ascii 122", "released 90"));
 }
 
+TEST_F(GlxWidgetTest, LettersThatCallAMenuTypeNothing) {
+  ASSERT_TRUE(Show());
+  for (const auto modifier : {Qt::AltModifier, Qt::ControlModifier, Qt::MetaModifier}) {
+    QTest::keyPress(&widget, Qt::Key_X, modifier);
+  }
+  QTest::keyPress(&widget, Qt::Key_X, Qt::ShiftModifier);
+  EXPECT_EQ(std::count_if(listener.seen.begin(), listener.seen.end(),
+                          [](const std::string& event) { return event.starts_with("ascii"); }),
+            1);
+}
+
 TEST_F(GlxWidgetTest, AKeyThatIsTakenGoesNoFurther) {
   QWidget window;
   auto* view = new glxWidget(&window);

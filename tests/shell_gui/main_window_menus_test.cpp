@@ -253,6 +253,38 @@ TEST_F(MainWindowMenusTest, TheColoursGrowTheWindow) {
   QApplication::setFont(usual);
 }
 
+TEST_F(MainWindowMenusTest, TheRoomOfTheOptionsIsGivenBack) {
+  window_->resize(800, 700);
+  ShowSample();
+  ASSERT_EQ(window_->width(), 800) << "a narrow window is narrow enough";
+  const QRect space = window_->screen()->availableGeometry();
+  auto* const box = Find<QCheckBox>("Check2");
+  const auto toggle = [&] {
+    Menu("mnuFOptions");
+    QTest::qWait(50);
+  };
+  for (const int width : {800, 1180, 600}) {
+    window_->resize(width, 700);
+    QTest::qWait(20);
+    const int plain = window_->width();  // the parts need some
+    for (const bool extended : {true, true, false}) {
+      toggle();
+      if (box->isChecked() != extended) QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
+      QTest::qWait(50);
+      EXPECT_EQ(box->isChecked(), extended);
+      EXPECT_LE(window_->width(), space.width());
+      EXPECT_GE(window_->View().width(), 300);
+      if (extended) Keep(("main_options_" + std::to_string(width) + ".png").c_str());
+      toggle();
+      EXPECT_EQ(window_->width(), plain) << width << (extended ? " with the colours" : "");
+      toggle();
+      QTest::mouseClick(ButtonOf(*window_, "Close"), Qt::LeftButton);
+      QTest::qWait(50);
+      EXPECT_EQ(window_->width(), plain) << width << " by the button";
+    }
+  }
+}
+
 TEST_F(MainWindowMenusTest, AWorkbookIsDroppedAndComesBackAsARecentOne) {
   ShowSample();
   const auto cancel = [] { WhenOpen("frmToPlot", [](QDialog& dialog) { Press(dialog, "Cancel"); }); };

@@ -1,5 +1,9 @@
 #include <QDockWidget>
+#include <QHelpEvent>
+#include <QLayout>
 #include <QRegularExpression>
+#include <QStatusBar>
+#include <QToolTip>
 #include <algorithm>
 
 #include "shell_gui/main_window_fixture.h"
@@ -106,6 +110,13 @@ TEST_F(MainWindowMessagesTest, AWorkbookWithoutADatabaseLeavesWhatIsShown) {
   EXPECT_EQ(window_->Source().File(), workbook_);
 }
 
+TEST_F(MainWindowMessagesTest, ARunLeavesNoPlotFileForPresentations) {
+  ShowPlot(13);
+  const BoxAnswers boxes;
+  Menu("mnuFRunPowerPoint");
+  EXPECT_TRUE(boxes.Holds("There is no text file to copy."));
+}
+
 TEST_F(MainWindowMessagesTest, LostMaterialsAreToldWhenTheSelectionOpens) {
   ShowPlot(13);
   run_->materials.MaterialsUsed.clear();
@@ -207,6 +218,41 @@ TEST_F(MainWindowMessagesTest, TheFirstActivationSetsItsControls) {
   EXPECT_GE(Find<QComboBox>("Combo1")->width(), 390);
   dialogs_->Log("first line\nsecond line");
   EXPECT_EQ(Find<QLineEdit>("Text12")->text(), "first line second line");
+}
+
+TEST_F(MainWindowMessagesTest, TheFirstWindowFitsTheScreen) {
+  EXPECT_EQ(FirstWindowSize({1920, 1080}), QSize(1180, 860));
+  for (const QSize& screen : {QSize(1366, 768), QSize(800, 600)}) {
+    const QSize size = FirstWindowSize(screen);
+    EXPECT_LT(size.width(), screen.width());
+    EXPECT_LT(size.height(), screen.height()) << "the title needs some, too";
+  }
+}
+
+TEST_F(MainWindowMessagesTest, ANarrowStatusBarLeavesOutButTellsAll) {
+  window_->resize(800, 700);
+  ShowSample();
+  auto* const panel = Find<StatusPanel>("StatusBar1");
+  auto* const told = static_cast<ElidedLabel*>(Find<QLabel>("StatusBar2"));
+  const QRect place = panel->geometry();
+  EXPECT_GE(Find<QLineEdit>("Text12")->width(), 80);
+  panel->setText("Model: \"A name that is longer than the narrow panel can show it\" Click here to re-Plot");
+  told->setText("Primitive 18 South_wing, i = 9, j = 6: Density 1.234E+12 and more of it");
+  window_->grab().save(QString::fromStdString(PictureName("main_narrow_status.png")));
+  window_->statusBar()->layout()->activate();
+  EXPECT_EQ(panel->geometry(), place) << "no click misses it";
+  EXPECT_TRUE(panel->Shown().startsWith("Model: \"A name"));
+  EXPECT_TRUE(panel->Shown().endsWith("\" Click here to re-Plot")) << panel->Shown().toStdString();
+  EXPECT_TRUE(told->Shown().startsWith("Primitive 18 South_wing")) << told->Shown().toStdString();
+  EXPECT_NE(told->Shown(), told->text());
+  QHelpEvent ask(QEvent::ToolTip, told->rect().center(), told->mapToGlobal(told->rect().center()));
+  QCoreApplication::sendEvent(told, &ask);
+  EXPECT_TRUE(QToolTip::text().contains("1.234E+12 and more of it")) << QToolTip::text().toStdString();
+  QToolTip::hideText();
+  panel->setText("RECTO side");
+  window_->statusBar()->layout()->activate();
+  EXPECT_EQ(panel->geometry(), place);
+  EXPECT_EQ(panel->Shown(), "RECTO side");
 }
 
 TEST_F(MainWindowMessagesTest, TheManualThatIsNotThereIsTold) {

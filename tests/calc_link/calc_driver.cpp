@@ -41,6 +41,9 @@ using star::uno::Sequence;
 using star::uno::UNO_QUERY;
 using star::uno::UNO_QUERY_THROW;
 
+constexpr int kMostTries = 500;
+constexpr unsigned kPauseMicroseconds = 20'000;
+
 class Driver {
  public:
   explicit Driver(const std::string& pipe) {
@@ -73,9 +76,16 @@ class Driver {
     return Utf8(url);
   }
 
+  // The office answers before its new window is the one in front.
   std::string Open(const std::string& url) {
-    document_.set(desktop_->loadComponentFromURL(Wide(url), "_blank", 0, {}), UNO_QUERY);
-    return document_.is() ? "ok" : "not loaded";
+    const Reference<star::lang::XComponent> component = desktop_->loadComponentFromURL(Wide(url), "_blank", 0, {});
+    document_.set(component, UNO_QUERY);
+    if (!document_.is()) return "not loaded";
+    for (int tries = 0; desktop_->getCurrentComponent() != component; ++tries) {
+      if (tries == kMostTries) return "not in front";
+      usleep(kPauseMicroseconds);
+    }
+    return "ok";
   }
   std::string Close() {
     std::vector<Reference<star::util::XCloseable>> open;

@@ -6,23 +6,16 @@
 #include <string>
 #include <vector>
 
+#include "support/failure_in.h"
 #include "support/fake_excel.h"
 
 // What the contract of all stores does not say of a running Excel.
 namespace orv {
 namespace {
 
+using testing::FailureIn;
 using testing::FakeCell;
 using testing::FakeExcel;
-
-int FailureIn(const std::function<void()>& operation) {
-  try {
-    operation();
-  } catch (const RuntimeFailure& failure) {
-    return static_cast<int>(failure.number());
-  }
-  return 0;
-}
 
 class ExcelLinkTest : public ::testing::Test {
  protected:

@@ -1,11 +1,12 @@
 #include "model/excel_values.h"
 
-#include <functional>
 #include <gtest/gtest.h>
 #include <limits>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "support/failure_in.h"
 
 namespace orv {
 namespace {
@@ -17,14 +18,7 @@ class NoObject : public AutomationObject {
   AutomationValue Call(const std::string&, const AutomationList&) override { return {}; }
 };
 
-int FailureIn(const std::function<void()>& operation) {
-  try {
-    operation();
-  } catch (const RuntimeFailure& failure) {
-    return static_cast<int>(failure.number());
-  }
-  return 0;
-}
+using testing::FailureIn;
 
 TEST(ExcelValues, NumbersHaveFifteenDigitsAndTheSeparator) {
   EXPECT_EQ(ValueText(0.1, "."), "0.1");

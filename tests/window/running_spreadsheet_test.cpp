@@ -2,20 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "numerics/failure.h"
+#include "support/failure_in.h"
 #include "support/fake_excel.h"
 
 namespace orv {
 namespace {
 
-int FailureIn(const std::function<void()>& operation) {
-  try {
-    operation();
-  } catch (const RuntimeFailure& failure) {
-    return static_cast<int>(failure.number());
-  }
-  return 0;
-}
+using testing::FailureIn;
 
 TEST(RunningSpreadsheet, ExcelIsShownAndEndedThroughItsLink) {
   testing::FakeExcel fake;
